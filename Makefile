@@ -1,0 +1,28 @@
+# Two commands do everything on a fresh Debian machine:
+#   make demo   installs what is missing, builds, migrates the sample library
+#   make test   installs what is missing, builds, runs every test
+BUILD ?= build
+JOBS ?= $(shell nproc)
+
+.PHONY: all setup build demo test bench clean
+
+all: build
+
+setup:
+	@scripts/setup-deps
+
+build: setup
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	@scripts/run-demo $(BUILD)
+
+test: build
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@scripts/run-bench $(BUILD)
+
+clean:
+	rm -rf $(BUILD)

@@ -1,0 +1,33 @@
+#include "common/text_helpers.hpp"
+
+#include <locale>
+
+namespace rig_common {
+
+namespace {
+bool isSpace(char c) { return std::isspace(c, std::locale()); }
+bool isQuote(char c) { return c == '\'' || c == '"'; }
+}  // namespace
+
+std::string trimLeft(const std::string& text) {
+  size_t begin = 0;
+  while (begin < text.size() && isSpace(text[begin])) ++begin;
+  return text.substr(begin);
+}
+
+std::string trimRight(const std::string& text) {
+  size_t end = text.size();
+  while (end > 0 && isSpace(text[end - 1])) --end;
+  return text.substr(0, end);
+}
+
+std::string trim(const std::string& text) { return trimLeft(trimRight(text)); }
+
+std::string removeQuotes(const std::string& text) {
+  size_t begin = 0, end = text.size();
+  while (begin < end && isQuote(text[begin])) ++begin;
+  while (end > begin && isQuote(text[end - 1])) --end;
+  return text.substr(begin, end - begin);
+}
+
+}  // namespace rig_common

@@ -1,0 +1,79 @@
+-- Helpers for end-to-end scripts run by vlt2hrw-host.
+-- Every script gets: arg[1] source dir, arg[2] scratch dir, arg[3] host binary.
+local M = {}
+
+M.source = arg[1]
+M.scratch = arg[2]
+M.host_binary = arg[3]
+
+function M.sh(command)
+  local ok = os.execute(command)
+  return ok == true or ok == 0
+end
+
+function M.quote(text) return "'" .. text:gsub("'", "'\\''") .. "'" end
+
+-- A fresh, empty scratch directory (removed first).
+function M.fresh_dir(path)
+  M.sh("rm -rf " .. M.quote(path) .. " && mkdir -p " .. M.quote(path))
+  return path
+end
+
+function M.read(path)
+  local f = io.open(path, "rb")
+  if not f then return nil end
+  local text = f:read("*a")
+  f:close()
+  return text
+end
+
+function M.write(path, text)
+  local f = assert(io.open(path, "wb"))
+  f:write(text)
+  f:close()
+end
+
+function M.exists(path) return M.sh("test -e " .. M.quote(path)) end
+
+-- Messages logged so far as "<sink> <LEVEL> <text>" lines.
+function M.lines()
+  local out = {}
+  for _, m in ipairs(host.messages()) do out[#out + 1] = m.sink .. " " .. m.level .. " " .. m.text end
+  return out
+end
+
+function M.logged(line)
+  for _, l in ipairs(M.lines()) do if l == line then return true end end
+  return false
+end
+
+function M.expect_logged(line)
+  if not M.logged(line) then
+    error("expected log line not found: " .. line .. "\n-- log:\n" .. table.concat(M.lines(), "\n"), 2)
+  end
+end
+
+function M.eq(actual, expected, what)
+  if actual ~= expected then
+    error(string.format("%s: expected %q, got %q", what or "value", tostring(expected), tostring(actual)), 2)
+  end
+end
+
+function M.starts(text, prefix, what)
+  if type(text) ~= "string" or text:sub(1, #prefix) ~= prefix then
+    error(string.format("%s: expected text starting with %q, got %q", what or "text", prefix, tostring(text)), 2)
+  end
+end
+
+-- Runs a host with its own options and script; gives the exit status.
+function M.run_host(options, script, ...)
+  local words = {M.quote(M.host_binary)}
+  for _, o in ipairs(options) do words[#words + 1] = M.quote(o) end
+  words[#words + 1] = M.quote(script)
+  for _, a in ipairs({...}) do words[#words + 1] = M.quote(a) end
+  local ok, _, code = os.execute(table.concat(words, " ") .. " >/dev/null 2>&1")
+  if ok == true then return 0 end
+  return code
+end
+
+return M

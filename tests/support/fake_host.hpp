@@ -1,0 +1,51 @@
+#pragma once
+// The in-process fake host of the unit tests: a host core whose services
+// the component is started with, and helpers to look at what it logged.
+
+#include <boost/filesystem.hpp>
+
+#include <string>
+#include <vector>
+
+#include "host/host_core.hpp"
+
+namespace vlttest {
+
+// A fresh temporary directory, removed with the object.
+class CTempDir {
+ public:
+  CTempDir();
+  ~CTempDir();
+  const boost::filesystem::path& path() const { return mPath; }
+  std::string str() const { return mPath.string(); }
+
+ private:
+  boost::filesystem::path mPath;
+};
+
+class CFakeHost : public vlthost::CHostCore {
+ public:
+  // A host with the shipped component directory and the tool simulators.
+  CFakeHost();
+  // InitComponent with these services; true when it started.
+  bool start();
+  void release();
+
+  // Messages as "<sink> <LEVEL> <text>" lines, in order.
+  std::vector<std::string> lines() const;
+  // Lines of one sink ("init", "translation", "component").
+  std::vector<std::string> lines(const std::string& sink) const;
+  // The texts logged at `level` on `sink`.
+  std::vector<std::string> texts(const std::string& sink, const std::string& level) const;
+  bool logged(const std::string& sink, const std::string& level, const std::string& text) const;
+
+  void setWdir(const std::string& dir) { setService("get wdir", dir); }
+  void setLibrary(const std::string& dir) { setService("get library location", dir); }
+
+  NComponent::TRegisterParams params;
+};
+
+std::string readFile(const boost::filesystem::path& file);
+void writeFile(const boost::filesystem::path& file, const std::string& text);
+
+}  // namespace vlttest

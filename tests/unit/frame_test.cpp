@@ -1,0 +1,170 @@
+// Component entry, prologue, logging facade and list handles.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/component.hpp"
+#include "components/hpp/list_registry.hpp"
+#include "components/hpp/misc.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+using namespace vlttest;
+using NComponent::gComponent;
+
+namespace {
+
+struct FrameTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  void TearDown() override { host.release(); }
+};
+
+TEST_F(FrameTest, StartsWithConfigurationAndSetsTranslator) {
+  ASSERT_TRUE(host.start());
+  EXPECT_TRUE(gComponent);
+  EXPECT_NE(host.params.bindScriptFunction, nullptr);
+  EXPECT_NE(host.params.releaseComponent, nullptr);
+  EXPECT_EQ(host.parameters()["translator"], "vlt2hrw");
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"init DEBUG Component is starting: vlt2hrw_main",
+                                                    "init DEBUG Component started successfully: vlt2hrw_main"}));
+}
+
+TEST_F(FrameTest, MissingConfigurationFails) {
+  host.componentDirectory() = tmp.str();
+  EXPECT_FALSE(host.start());
+  EXPECT_FALSE(gComponent);
+  EXPECT_EQ(host.params.bindScriptFunction, nullptr);
+  EXPECT_TRUE(host.parameters().empty());
+  EXPECT_TRUE(host.logged("init", "FATAL",
+                          "Configuration file does not exist: component: vlt2hrw_main, path: '" + tmp.str() +
+                              "/config_vlt2hrw_main.xml'"));
+}
+
+TEST_F(FrameTest, MalformedConfigurationFailsWithParserReport) {
+  host.componentDirectory() = tmp.str();
+  writeFile(tmp.path() / "config_vlt2hrw_main.xml", "<rig><unclosed></rig>");
+  EXPECT_FALSE(host.start());
+  EXPECT_FALSE(gComponent);
+  EXPECT_TRUE(host.parameters().empty());
+  auto errors = host.texts("init", "ERROR");
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_NE(errors[0].find("config_vlt2hrw_main.xml"), std::string::npos);
+  EXPECT_NE(errors[0].find("offset"), std::string::npos);
+}
+
+TEST_F(FrameTest, EmptyRootElementIsAccepted) {
+  host.componentDirectory() = tmp.str();
+  writeFile(tmp.path() / "config_vlt2hrw_main.xml", "<rig/>");
+  EXPECT_TRUE(host.start());
+}
+
+TEST_F(FrameTest, NoInitializationLoggerFailsSilently) {
+  host.failService("get component initialization logger");
+  EXPECT_FALSE(host.start());
+  EXPECT_FALSE(gComponent);
+  EXPECT_TRUE(host.records().empty());
+}
+
+TEST_F(FrameTest, ReleaseReturnsFalseAndRestartWorks) {
+  ASSERT_TRUE(host.start());
+  EXPECT_FALSE(host.params.releaseComponent());
+  EXPECT_FALSE(gComponent);
+  ASSERT_TRUE(host.start());
+  EXPECT_TRUE(gComponent);
+}
+
+TEST_F(FrameTest, PrologueWithoutWdirLogsOnTranslationSinkOnly) {
+  ASSERT_TRUE(host.start());
+  host.clearRecords();
+  EXPECT_EQ(NComponent::new1DList(), "");
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation ERROR Working directory has not been set."}));
+  EXPECT_EQ(host.opened(), 0);
+}
+
+TEST_F(FrameTest, PrologueWithoutTranslationLoggerIsSilent) {
+  ASSERT_TRUE(host.start());
+  host.clearRecords();
+  host.failService("get component translation logger");
+  EXPECT_EQ(NComponent::new1DList(), "");
+  EXPECT_TRUE(host.records().empty());
+}
+
+TEST_F(FrameTest, SourceCheckFollowsWdirCheck) {
+  ASSERT_TRUE(host.start());
+  host.setWdir(tmp.str());
+  host.clearRecords();
+  NComponent::CScriptCall call(NComponent::CScriptCall::kWdirAndSource);
+  EXPECT_FALSE(call.ok());
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation ERROR Source library location has not been set."}));
+}
+
+TEST_F(FrameTest, PrivateLoggerOpensAndClosesOncePerCall) {
+  ASSERT_TRUE(host.start());
+  host.setWdir(tmp.str());
+  host.clearRecords();
+  std::string rid = NComponent::new1DList();
+  EXPECT_FALSE(rid.empty());
+  EXPECT_EQ(host.opened(), 1);
+  EXPECT_EQ(host.closed(), 1);
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"component DEBUG Creating 1D list."}));
+  removeList(rid);
+}
+
+TEST_F(FrameTest, PrivateLoggerClosesOnceWhenLeavingByException) {
+  ASSERT_TRUE(host.start());
+  host.setWdir(tmp.str());
+  try {
+    NComponent::CScriptCall call;
+    ASSERT_TRUE(call.ok());
+    throw std::runtime_error("boom");
+  } catch (const std::runtime_error&) {
+  }
+  EXPECT_EQ(host.opened(), 1);
+  EXPECT_EQ(host.closed(), 1);
+}
+
+TEST_F(FrameTest, FailedComponentLoggerLeavesTranslationSinkWorking) {
+  ASSERT_TRUE(host.start());
+  host.setWdir(tmp.str());
+  host.failService("create component logger");
+  host.clearRecords();
+  NComponent::addItemTo1DList("no-such-rid", "x");
+  EXPECT_EQ(host.lines(),
+            (std::vector<std::string>{"translation ERROR Invalid RID passed to add_item_to_1d_list() function."}));
+}
+
+TEST(LoggerFacade, LevelsMapAndUnknownLevelsAreDropped) {
+  CFakeHost host;
+  log4cxx::LoggerPtr init;
+  NComponent::TPlatformServices s = host.services();
+  s.requestService("get component initialization logger", nullptr, &init);
+  rig_common::log4rig::Log4Cxx facade(init, log4cxx::LoggerPtr());
+  for (int level = 0; level <= 8; ++level) facade(level, "m" + std::to_string(level));
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"init DEBUG m2", "init INFO m3", "init WARN m4",
+                                                    "init ERROR m5", "init FATAL m6"}));
+}
+
+// A message below the threshold is never formatted.
+struct CCountingValue {
+  int* count;
+};
+std::ostream& operator<<(std::ostream& out, const CCountingValue& v) {
+  ++*v.count;
+  return out << "value";
+}
+
+TEST(LoggerFacade, NoTextIsBuiltBehindADisabledLevel) {
+  CFakeHost host;
+  host.setLevel("INFO");
+  log4cxx::LoggerPtr init;
+  NComponent::TPlatformServices s = host.services();
+  s.requestService("get component initialization logger", nullptr, &init);
+  int built = 0;
+  RIG_LOG(init, log4cxx::LoggerPtr(), RIG_LEVEL(Debug), "x " << CCountingValue{&built});
+  EXPECT_EQ(built, 0);
+  RIG_LOG(init, init, RIG_LEVEL(Info), "x " << CCountingValue{&built});
+  EXPECT_EQ(built, 2);
+  EXPECT_TRUE(host.records().size() == 2);
+}
+
+}  // namespace

@@ -1,0 +1,29 @@
+#pragma once
+// Shared pieces of the tool simulators: command line options, the log file
+// they keep, and failure injection for testing the component's failure paths.
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace vlttools {
+
+// Options of the form -name=value, -name value (when listed in
+// `withValue`) and bare -flag; everything else is a positional argument.
+struct TOptions {
+  std::map<std::string, std::string> values;
+  std::vector<std::string> flags;
+  std::vector<std::string> positional;
+  bool has(const std::string& name) const { return values.count(name) != 0; }
+  bool flag(const std::string& name) const;
+  std::string get(const std::string& name, const std::string& fallback = "") const;
+};
+
+TOptions parseOptions(int argc, char** argv, const std::vector<std::string>& withValue = {});
+
+// Failure injection: the environment variable `variable` (for example
+// LIBFORGE_FAIL) may hold "exit:N" (print an error and exit with N),
+// "signal:N" (raise signal N) or "crash" (abort). Does nothing when unset.
+void injectFailure(const std::string& variable, const std::string& toolName);
+
+}  // namespace vlttools
