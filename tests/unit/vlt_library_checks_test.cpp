@@ -1,4 +1,5 @@
-// The three library checks.
+// The three library checks: the cases the end-to-end test of the sample
+// library does not reach.
 
 #include <gtest/gtest.h>
 
@@ -31,20 +32,6 @@ struct ChecksTest : ::testing::Test {
   void TearDown() override { host.release(); }
 };
 
-TEST_F(ChecksTest, LocationMapIsListedAfterItsWarnings) {
-  EXPECT_TRUE(NComponent::checkQrnLocationMap(map.string()));
-  EXPECT_EQ(
-      host.lines("translation"),
-      (std::vector<std::string>{
-          "INFO Reading location map file: " + map.string(),
-          "WARN Location map file: for the soft prefix: $LIB the following hard pathname does not exist in "
-          "the filesystem: /gone",
-          "INFO Location map file: more than one hard pathname assigned to  the following soft prefix: $LIB",
-          "INFO Location map file: no hard pathnames have been assigned to  the following soft prefix: $EMPTY",
-          "INFO Location map file paths:", "INFO     Soft prefix: $LIB", "INFO         Hard pathname: " + lib.string(),
-          "INFO         Hard pathname: /gone", "INFO     Soft prefix: $EMPTY"}));
-}
-
 TEST_F(ChecksTest, EmptyAndUnreadableLocationMaps) {
   writeFile(map, "");
   EXPECT_TRUE(NComponent::checkQrnLocationMap(map.string()));
@@ -55,39 +42,6 @@ TEST_F(ChecksTest, EmptyAndUnreadableLocationMaps) {
   EXPECT_EQ(host.texts("component", "ERROR"),
             (std::vector<std::string>{"Location map file: cannot read the file: " + tmp.str() + "/none",
                                       "Errors found while reading location map file: " + tmp.str() + "/none"}));
-}
-
-TEST_F(ChecksTest, DefinitionFileCheck) {
-  EXPECT_TRUE(NComponent::checkVLTLibraryDefinitionFile(lib.string()));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{"VLT library definition file: closing bracket not found for last library "
-                                      "definition. Assume it should be there."}));
-  EXPECT_TRUE(host.logged("component", "DEBUG", "**Library name: 'L' library type: released"));
-
-  host.clearRecords();
-  EXPECT_FALSE(NComponent::checkVLTLibraryDefinitionFile(tmp.str()));
-  const std::string file = tmp.str() + "/vlt_library_definition.library_definition";
-  EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"INFO Reading VLT library definition file: " + file,
-                                      "ERROR VLT library definition file: cannot read the file: " + file,
-                                      "ERROR Errors found while reading VLT library definition file: " + file}));
-}
-
-TEST_F(ChecksTest, LibraryCheck) {
-  EXPECT_TRUE(NComponent::checkVLTLibrary("L", map.string(), lib.string()));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{"Evaluating VLT Library: invalid (empty) common catalogs directory.",
-                                      "Evaluating VLT Library: catalogs directory does not lie underneath the VLT "
-                                      "Library Root."}));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "  Geom common path: " + lib.string() + "/cells"));
-
-  host.clearRecords();
-  EXPECT_FALSE(NComponent::checkVLTLibrary("M", map.string(), lib.string()));
-  EXPECT_EQ(host.lines("component"),
-            (std::vector<std::string>{
-                "INFO Evaluating VLT library: M defined in: " + definition.string(),
-                "ERROR Evaluating VLT Library: library not found: M",
-                "ERROR Errors found while reading VLT library definition file: " + definition.string()}));
 }
 
 TEST_F(ChecksTest, AllNeedTheWorkingDirectory) {
