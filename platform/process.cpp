@@ -425,12 +425,18 @@ bool writeFile(THandle handle, const void* data, unsigned long size, unsigned lo
   return ok;
 }
 
-bool closeHandle(THandle handle) {
+bool writeFile(THandle handle, const std::string& text, unsigned long& written) {
+  return writeFile(handle, text.data(), text.size(), written);
+}
+
+bool closeHandle(THandle& handle) {
   if (handle < 0) {
     setLastError(EBADF);
     return false;
   }
-  return ::close(handle) == 0;
+  int fd = handle;
+  handle = kNullHandle;
+  return ::close(fd) == 0;
 }
 
 THandle getStdHandle(int which) { return which >= 0 && which <= 2 ? which : kNullHandle; }

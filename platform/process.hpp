@@ -105,7 +105,10 @@ bool createPipe(THandle& readEnd, THandle& writeEnd);
 // Writes all of `size` bytes; `written` is the count that went through. A
 // reader that has gone gives false (EPIPE), never a signal.
 bool writeFile(THandle handle, const void* data, unsigned long size, unsigned long& written);
-bool closeHandle(THandle handle);
+bool writeFile(THandle handle, const std::string& text, unsigned long& written);
+// Closes the handle and makes it null, so that a record holding it cannot
+// close it twice. False for a null handle or a failed close.
+bool closeHandle(THandle& handle);
 // The parent's standard input (0) and output (1) handles.
 THandle getStdHandle(int which);
 

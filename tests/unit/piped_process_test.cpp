@@ -40,10 +40,10 @@ struct PipedProcessTest : ::testing::Test {
   // Steps 3 to 5 of a piped run: write all, close, wait.
   bool feed(CRunProgram<std::string>& run, TProcess* process, const std::string& text) {
     unsigned long written = 0;
-    bool wrote = NPlatform::writeFile(process->writingEnd(), text.data(), text.size(), written);
+    bool wrote = NPlatform::writeFile(process->writingEnd(), text, written);
     EXPECT_EQ(written, text.size());
     EXPECT_TRUE(NPlatform::closeHandle(process->writingEnd()));
-    process->writingEnd() = NPlatform::kNullHandle;
+    EXPECT_EQ(process->writingEnd(), NPlatform::kNullHandle);
     return run.closeProcess(process, NMisc::kInfinite, 1) && wrote;
   }
 };

@@ -9,8 +9,8 @@
 //
 // Piped run:
 //   auto* process = run.createProcess("ksh -c \"tool -nostart >> log 2>&1\"", 10000);
-//   NPlatform::writeFile(process->writingEnd(), text.data(), text.size(), written);
-//   NPlatform::closeHandle(process->writingEnd()); process->writingEnd() = NPlatform::kNullHandle;
+//   NPlatform::writeFile(process->writingEnd(), text, written);   // compare written with text.size()
+//   NPlatform::closeHandle(process->writingEnd());                // also nulls the record's handle
 //   run.closeProcess(process, NMisc::kInfinite, 1);
 
 #include <log4cxx/logger.h>
@@ -52,7 +52,8 @@ class CRunProgram<std::string> {
     NPlatform::THandle writingPipe[4] = {NPlatform::kNullHandle, NPlatform::kNullHandle, NPlatform::kNullHandle,
                                          NPlatform::kNullHandle};
 
-    // Where the caller writes the child's input; null it after closing it.
+    // Where the caller writes the child's input, and closes it with
+    // NPlatform::closeHandle (which nulls it here).
     NPlatform::THandle& writingEnd() { return readingPipe[2]; }
   };
 

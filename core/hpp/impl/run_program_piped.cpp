@@ -12,9 +12,7 @@ namespace NMisc {
 namespace {
 
 void closeEnd(NPlatform::THandle& handle) {
-  if (handle == NPlatform::kNullHandle) return;
-  NPlatform::closeHandle(handle);
-  handle = NPlatform::kNullHandle;
+  if (handle != NPlatform::kNullHandle) NPlatform::closeHandle(handle);
 }
 
 }  // namespace
