@@ -29,11 +29,12 @@ std::string systemErrorText(int code) { return NPlatform::systemErrorText(code);
 CRunProgram<std::string>::CRunProgram(log4cxx::LoggerPtr logger) : mLogger(std::move(logger)) {}
 
 CRunProgram<std::string>::~CRunProgram() {
-  // Pipe ends still open when the runner goes.
+  // Pipe ends still open when the runner goes (slots 1 and 3 hold the saved
+  // standard handles, which are not ours).
   for (auto& process : mProcesses)
-    for (NPlatform::THandle* pipe : {process->readingPipe, process->writingPipe})
-      for (int i = 0; i < 4; ++i)
-        if (pipe[i] > 2) NPlatform::closeHandle(pipe[i]);
+    for (NPlatform::THandle* end :
+         {&process->readingPipe[0], &process->readingPipe[2], &process->writingPipe[0], &process->writingPipe[2]})
+      if (*end != NPlatform::kNullHandle) NPlatform::closeHandle(*end);
 }
 
 bool CRunProgram<std::string>::obtainCurrentEnvironment() {
