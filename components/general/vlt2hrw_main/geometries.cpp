@@ -6,7 +6,7 @@
 #include "geometry_helpers.hpp"
 #include "misc.hpp"
 #include "script_functions.hpp"
-#include "source_path_text.hpp"
+#include "common/path_helpers.hpp"
 #include "vlt_library_cfg.hpp"
 
 namespace fs = boost::filesystem;
@@ -68,8 +68,8 @@ bool buildGeometryContainerList(const NComponent::CScriptCall& call, std::list<s
   // Directories before what lies in them, siblings in iteration order.
   std::list<std::string> directories;
   for (fs::recursive_directory_iterator it(geomRoot), end; it != end; ++it)
-    if (fs::is_directory(it->status())) directories.push_back(sourcePathText(it->path().string(), true));
-  const std::string prefix = sourcePathText(geomRoot.string(), true) + "/";
+    if (fs::is_directory(it->status())) directories.push_back(rig_common::toUnixPath(it->path().string(), true));
+  const std::string prefix = rig_common::toUnixPath(geomRoot.string(), true) + "/";
   for (std::string& directory : directories) containers.push_back(directory.erase(0, prefix.size()));
   return true;
 }

@@ -14,7 +14,7 @@
 #include "list_registry.hpp"
 #include "misc.hpp"
 #include "script_functions.hpp"
-#include "source_path_text.hpp"
+#include "common/path_helpers.hpp"
 
 namespace fs = boost::filesystem;
 using NComponent::CScriptCall;
@@ -173,7 +173,7 @@ bool readVLTLibraryDefinition(const CScriptCall& call, TVLTLibraryDefinitionFile
 }
 
 std::string resolveSoftPath(QllnGeneral::TLocationMap map, const std::string& softPath) {
-  const std::string path = sourcePathText(softPath, true);
+  const std::string path = rig_common::toUnixPath(softPath, true);
   const size_t slash = path.find('/');
   const std::string head = path.substr(0, slash);
   const std::string tail = slash == std::string::npos ? std::string() : path.substr(slash);
@@ -183,14 +183,14 @@ std::string resolveSoftPath(QllnGeneral::TLocationMap map, const std::string& so
 }
 
 std::string commonPath(std::set<std::string> paths) {
-  if (paths.size() == 1) return sourcePathText(*paths.begin(), true);
+  if (paths.size() == 1) return rig_common::toUnixPath(*paths.begin(), true);
   const boost::regex separator("/");
   const size_t sentinel = 0x7fffffff;
   std::vector<std::string> reference;
   size_t count = sentinel;
   bool first = true;
   for (const std::string& path : paths) {
-    const std::string text = sourcePathText(path, true);
+    const std::string text = rig_common::toUnixPath(path, true);
     std::vector<std::string> tokens(boost::sregex_token_iterator(text.begin(), text.end(), separator, -1),
                                     boost::sregex_token_iterator());
     if (first) {
