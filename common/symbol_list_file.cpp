@@ -88,11 +88,14 @@ bool CSymbolListFileHandler::CImpl::parse(std::istream& stream) {
   }
   // Every SK_SYMBOL_PATH child of the root, in order, becomes an item; the
   // other children go with the tree.
-  for (auto& child : tree.root->children) {
-    if (child->keyword != kSymbolPath) continue;
-    child->parent = nullptr;
-    CSymbolListItem item(logger, std::move(child));
-    if (item.isValid(nullptr)) list.append(std::move(item));
+  TLXNode* child = tree.root->children.front();
+  while (child != nullptr) {
+    TLXNode* next = child->nextSibling();
+    if (child->keyword == kSymbolPath) {
+      CSymbolListItem item(logger, tree.root->detachChild(child));
+      if (item.isValid(nullptr)) list.append(std::move(item));
+    }
+    child = next;
   }
   return true;
 }

@@ -28,15 +28,10 @@ std::string firstValue(const TLXNode* node) {
 // with `keyword` and at least one value.
 TLXNode* nextValued(const TLXNode* parent, const char* keyword, const TLXNode* after) {
   if (parent == nullptr) return nullptr;
-  const auto& children = parent->children;
-  size_t i = 0;
-  if (after != nullptr) {
-    auto it = std::find_if(children.begin(), children.end(), [after](const auto& c) { return c.get() == after; });
-    if (it == children.end()) return nullptr;
-    i = static_cast<size_t>(it - children.begin()) + 1;
-  }
-  for (; i < children.size(); ++i)
-    if (!children[i]->values.empty() && children[i]->keyword == keyword) return children[i].get();
+  if (after != nullptr && after->parent != parent) return nullptr;
+  TLXNode* node = after != nullptr ? after->nextSibling() : parent->children.front();
+  for (; node != nullptr; node = node->nextSibling())
+    if (!node->values.empty() && node->keyword == keyword) return node;
   return nullptr;
 }
 
@@ -60,8 +55,8 @@ TSymbolUse advance(TLXNode* nodes[5], int k) {
 
 // The own LOGIC_PIN_MAP of `symbolNode` whose SK_PIN has `pin`.
 TLXNode* findPinMap(const TLXNode* symbolNode, const std::string& pin) {
-  for (const auto& child : symbolNode->children)
-    if (child->keyword == kPinMap && findChildByValue(child.get(), kSourcePin, pin) != nullptr) return child.get();
+  for (TLXNode* child : symbolNode->children)
+    if (child->keyword == kPinMap && findChildByValue(child, kSourcePin, pin) != nullptr) return child;
   return nullptr;
 }
 
@@ -84,9 +79,9 @@ std::string normaliseSymbolPath(const std::string& path) {
 
 TLXNode* findChildByValue(const TLXNode* node, const std::string& keyword, const std::string& value) {
   if (node == nullptr) return nullptr;
-  for (const auto& child : node->children) {
+  for (TLXNode* child : node->children) {
     if (child->keyword != keyword || child->values.empty()) continue;
-    if (value.empty() || child->values[0] == value) return child.get();
+    if (value.empty() || child->values[0] == value) return child;
   }
   return nullptr;
 }
@@ -221,13 +216,13 @@ void CSymbolListItem::merge(const CSymbolListItem& other) {
   }
   if (getPath().empty()) return;
 
-  for (const auto& catalog : other.root->children) {
+  for (const TLXNode* catalog : other.root->children) {
     if (catalog->keyword != kCatalog || catalog->values.empty()) continue;
-    for (const auto& part : catalog->children) {
+    for (const TLXNode* part : catalog->children) {
       if (part->keyword != kPart || part->values.empty()) continue;
-      for (const auto& comp : part->children) {
+      for (const TLXNode* comp : part->children) {
         if (comp->keyword != kComp || comp->values.empty()) continue;
-        for (const auto& sym : comp->children) {
+        for (const TLXNode* sym : comp->children) {
           if (sym->keyword != kSymbol || sym->values.empty()) continue;
           TLXNode* own = findChildByValue(root.get(), kCatalog, catalog->values[0]);
           own = findChildByValue(own, kPart, part->values[0]);
@@ -239,9 +234,9 @@ void CSymbolListItem::merge(const CSymbolListItem& other) {
             root->adoptChild(catalog->clone());
             continue;
           }
-          for (const auto& map : sym->children) {
+          for (const TLXNode* map : sym->children) {
             if (map->keyword != kPinMap) continue;
-            for (const auto& pin : map->children) {
+            for (const TLXNode* pin : map->children) {
               if (pin->keyword != kSourcePin || pin->values.empty()) continue;
               if (TLXNode* ownMap = findPinMap(own, pin->values[0])) {
                 own->detachChild(ownMap);

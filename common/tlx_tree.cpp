@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <fstream>
 #include <istream>
 #include <ostream>
@@ -33,44 +34,49 @@ void report(ILogger* logger, int level, const std::string& message) {
 
 // ---------------------------------------------------------------- TLXNode
 
+TLXNode* TLXChildren::operator[](size_t index) const {
+  TLXNode* node = mFirst;
+  while (node != nullptr && index-- > 0) node = node->nextSibling();
+  return node;
+}
+
 TLXNode::TLXNode(ILogger* logger, unsigned level, std::string keyword)
     : level(level), keyword(std::move(keyword)), logger(logger) {}
 
 TLXNode::~TLXNode() {
-  // Deletes the subtree without recursion, children before their parent, so
-  // that a deeply nested file cannot exhaust the stack.
-  if (children.empty()) return;
-  std::vector<std::unique_ptr<TLXNode>> stack;
-  stack.reserve(children.size());
-  for (auto& child : children)
-    if (child) stack.push_back(std::move(child));
-  children.clear();
-  while (!stack.empty()) {
-    TLXNode* top = stack.back().get();
-    if (top->children.empty()) {
-      stack.pop_back();
+  // A work list chained through the sibling links: a node with children is
+  // put behind them, so children go before their parent, and a deeply
+  // nested tree needs neither recursion nor memory.
+  TLXNode* work = children.mFirst;
+  children.mFirst = children.mLast = nullptr;
+  children.mCount = 0;
+  while (work != nullptr) {
+    if (work->children.mFirst != nullptr) {
+      TLXNode* first = work->children.mFirst;
+      work->children.mLast->mNext = work;
+      work->children.mFirst = work->children.mLast = nullptr;
+      work->children.mCount = 0;
+      work = first;
       continue;
     }
-    for (auto& child : top->children)
-      if (child) stack.push_back(std::move(child));
-    top->children.clear();
+    TLXNode* next = work->mNext;
+    delete work;
+    work = next;
   }
 }
 
 std::unique_ptr<TLXNode> TLXNode::clone() const {
   auto copy = std::make_unique<TLXNode>(logger, level, keyword);
   copy->values = values;
-  copy->children.reserve(children.size());
-  for (const auto& child : children) copy->adoptChild(child->clone());
+  for (TLXNode* child : children) copy->adoptChild(child->clone());
   return copy;
 }
 
-TLXNode* TLXNode::searchFrom(size_t start, const std::string& wanted, bool caseSensitive) {
-  for (size_t i = start; i < children.size(); ++i) {
-    if (sameKeyword(children[i]->keyword, wanted, caseSensitive)) {
-      cursor = children[i].get();
-      mCursorIndex = i;
-      return cursor;
+TLXNode* TLXNode::searchFrom(TLXNode* start, const std::string& wanted, bool caseSensitive) {
+  for (TLXNode* node = start; node != nullptr; node = node->mNext) {
+    if (sameKeyword(node->keyword, wanted, caseSensitive)) {
+      cursor = node;
+      return node;
     }
   }
   cursor = nullptr;
@@ -79,21 +85,16 @@ TLXNode* TLXNode::searchFrom(size_t start, const std::string& wanted, bool caseS
 
 TLXNode* TLXNode::findFirstChild(const std::string& wanted, bool caseSensitive) {
   cursor = nullptr;
-  return searchFrom(0, wanted, caseSensitive);
+  return searchFrom(children.mFirst, wanted, caseSensitive);
 }
 
 TLXNode* TLXNode::findNextChild(const std::string& wanted, bool caseSensitive) {
   if (cursor == nullptr) return nullptr;
-  // The children may have changed since the last search: find the cursor again.
-  if (mCursorIndex >= children.size() || children[mCursorIndex].get() != cursor) {
-    auto it = std::find_if(children.begin(), children.end(), [this](const auto& c) { return c.get() == cursor; });
-    if (it == children.end()) {
-      cursor = nullptr;
-      return nullptr;
-    }
-    mCursorIndex = static_cast<size_t>(it - children.begin());
+  if (cursor->parent != this) {  // detached since the last search
+    cursor = nullptr;
+    return nullptr;
   }
-  return searchFrom(mCursorIndex + 1, wanted, caseSensitive);
+  return searchFrom(cursor->mNext, wanted, caseSensitive);
 }
 
 std::string TLXNode::valueAt(size_t index) const { return index < values.size() ? values[index] : std::string(); }
@@ -113,33 +114,79 @@ TLXNode* TLXNode::addChildWithoutValue(const std::string& childKeyword) {
   return adoptChild(std::make_unique<TLXNode>(logger, level + 1, childKeyword));
 }
 
-TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> child) {
+TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) {
+  TLXNode* child = owned.release();
   child->parent = this;
-  children.push_back(std::move(child));
-  return children.back().get();
+  child->mNext = nullptr;
+  child->mPrev = children.mLast;
+  if (children.mLast != nullptr)
+    children.mLast->mNext = child;
+  else
+    children.mFirst = child;
+  children.mLast = child;
+  ++children.mCount;
+  return child;
 }
 
 std::unique_ptr<TLXNode> TLXNode::detachChild(const TLXNode* child) {
-  auto it = std::find_if(children.begin(), children.end(), [child](const auto& c) { return c.get() == child; });
-  if (it == children.end()) return nullptr;
-  std::unique_ptr<TLXNode> out = std::move(*it);
-  children.erase(it);
-  if (cursor == child) cursor = nullptr;
-  out->parent = nullptr;
-  return out;
+  if (child == nullptr || child->parent != this) return nullptr;
+  TLXNode* node = const_cast<TLXNode*>(child);
+  (node->mPrev != nullptr ? node->mPrev->mNext : children.mFirst) = node->mNext;
+  (node->mNext != nullptr ? node->mNext->mPrev : children.mLast) = node->mPrev;
+  --children.mCount;
+  if (cursor == node) cursor = nullptr;
+  node->parent = node->mNext = node->mPrev = nullptr;
+  return std::unique_ptr<TLXNode>(node);
 }
 
 // ---------------------------------------------------------------- TLXInput
 
-bool TLXInput::next(std::string& line) {
+namespace {
+constexpr size_t kBlockSize = 1 << 16;
+}
+
+bool TLXInput::fill() {
+  if (mEnded) return false;
+  if (mBegin > 0) {  // keep the unfinished line at the front
+    std::copy(mBlock.begin() + static_cast<std::ptrdiff_t>(mBegin), mBlock.begin() + static_cast<std::ptrdiff_t>(mEnd),
+              mBlock.begin());
+    mEnd -= mBegin;
+    mBegin = 0;
+  }
+  if (mBlock.size() < kBlockSize) mBlock.resize(kBlockSize);
+  if (mEnd == mBlock.size()) mBlock.resize(mBlock.size() * 2);  // a line longer than a block
+  stream.read(mBlock.data() + mEnd, static_cast<std::streamsize>(mBlock.size() - mEnd));
+  const auto got = static_cast<size_t>(stream.gcount());
+  mEnd += got;
+  if (!stream) mEnded = true;
+  return got > 0;
+}
+
+bool TLXInput::next(std::string_view& line) {
   if (!pending.empty()) {
-    line = std::move(pending.back());
+    mHandedBack = std::move(pending.back());
     pending.pop_back();
+    line = mHandedBack;
     return true;
   }
-  if (!std::getline(stream, line)) return false;
-  ++lineNumber;
-  return true;
+  while (true) {
+    const char* begin = mBlock.data() + mBegin;
+    const void* newline = mEnd > mBegin ? std::memchr(begin, '\n', mEnd - mBegin) : nullptr;
+    if (newline != nullptr) {
+      const char* stop = static_cast<const char*>(newline);
+      line = std::string_view(begin, static_cast<size_t>(stop - begin));
+      mBegin += line.size() + 1;
+      ++lineNumber;
+      return true;
+    }
+    if (!fill()) {
+      if (mBegin == mEnd) return false;
+      line = std::string_view(mBlock.data() + mBegin, mEnd - mBegin);  // last line without a line end
+      mBegin = mEnd;
+      ++lineNumber;
+      return true;
+    }
+  }
 }
 
 // ---------------------------------------------------------------- TLXManager
@@ -176,7 +223,7 @@ bool TLXManager::read(TLXInput& input) {
     bool hasKeyword;  // the last keyword line of this frame had a keyword
   };
   std::vector<TFrame> stack{{root.get(), nullptr, false}};
-  std::string line;
+  std::string_view line;
   while (input.next(line)) {
     size_t begin = 0, end = line.size();
     while (begin < end && isLineBlank(line[begin])) ++begin;
@@ -194,7 +241,8 @@ bool TLXManager::read(TLXInput& input) {
       }
       frame.node->values.emplace_back(line, begin, end - begin);
       if (input.progress)
-        input.progress(TLXInput::kArgumentLine, {frame.node->level, frame.node->keyword, line.substr(begin, end - begin)});
+        input.progress(TLXInput::kArgumentLine,
+                       {frame.node->level, frame.node->keyword, std::string(line.substr(begin, end - begin))});
       continue;
     }
     if (dots == end) {
@@ -221,14 +269,14 @@ bool TLXManager::read(TLXInput& input) {
         frame.last = frame.node->adoptChild(std::move(child));
         if (input.progress)
           input.progress(TLXInput::kKeywordLine,
-                         {frame.last->level, frame.last->keyword, line.substr(begin, end - begin)});
+                         {frame.last->level, frame.last->keyword, std::string(line.substr(begin, end - begin))});
         break;
       }
       if (level == inHand + 2) {
         if (frame.last == nullptr) {
           report(mLogger, log4rig::kError,
                  "Found a grandchild without a parent at line: " + std::to_string(input.lineNumber));
-          report(mLogger, log4rig::kDebug, "Line content: " + line.substr(begin, end - begin));
+          report(mLogger, log4rig::kDebug, "Line content: " + std::string(line.substr(begin, end - begin)));
           return false;
         }
         stack.push_back({frame.last, nullptr, false});
@@ -270,7 +318,7 @@ void writeTLX(std::ostream& out, const TLXNode& node) {
 }
 
 void writeTLXChildren(std::ostream& out, const TLXNode& node) {
-  for (const auto& child : node.children) writeTLX(out, *child);
+  for (TLXNode* child : node.children) writeTLX(out, *child);
 }
 
 }  // namespace TLXHandler

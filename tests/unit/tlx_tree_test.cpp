@@ -145,6 +145,7 @@ TEST_F(TlxTest, HandedBackLinesComeFirstAndProgressIsReported) {
   };
   ASSERT_TRUE(tree.read(input));
   EXPECT_EQ(input.lineNumber, 1);
+  EXPECT_TRUE(input.pending.empty());
   EXPECT_EQ(seen, (std::vector<std::string>{"0 1 A .A 1", "0 2 B ..B 2"}));
 }
 
@@ -200,7 +201,7 @@ TEST_F(TlxTest, DeepNestingParsesAndDestroys) {
   ASSERT_TRUE(parse(text));
   const TLXNode* node = &root();
   int depth = 0;
-  while (!node->children.empty()) node = node->children[0].get(), ++depth;
+  while (!node->children.empty()) node = node->children.front(), ++depth;
   EXPECT_EQ(depth, 1500);
 }
 
