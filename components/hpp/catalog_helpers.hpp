@@ -3,7 +3,6 @@
 // directory, catalog.list, and the tool log line filter.
 
 #include <boost/filesystem/path.hpp>
-
 #include <string>
 #include <vector>
 

@@ -2,8 +2,8 @@
 
 #include "catalog_helpers.hpp"
 
+#include <boost/filesystem/operations.hpp>
 #include <boost/regex.hpp>
-
 #include <fstream>
 
 #include "common/text_helpers.hpp"

@@ -2,7 +2,6 @@
 
 #include <boost/filesystem.hpp>
 #include <boost/regex.hpp>
-
 #include <fstream>
 
 #include "catalog_helpers.hpp"
@@ -22,7 +21,7 @@ std::string getCatalogList(const std::string& libraryName, const std::string& lo
                            const std::string& libraryDir) {
   CScriptCall call;
   if (!call.ok()) return {};
-  const std::string catalogDir = getCatalogDir(libraryName, locationMapFile, libraryDir);
+  const std::string catalogDir = NVlt2HrwHelpers::getCatalogDir(call, libraryName, locationMapFile, libraryDir);
   if (catalogDir.empty()) return {};
   const std::string rid = new1DList(gListRegistry);
   TList1D* list = find1D(rid);
@@ -47,8 +46,8 @@ bool saveCatalogList(const std::string& rid) {
   if (!call.ok()) return false;
   VLT_LOG(call, Debug, "Saving catalog list.");
   fs::path configDir;
-  if (!NCatalog::configDirectory(
-          call, configDir, "Saving catalog list to file: cannot obtain path to the configuration directory."))
+  if (!NCatalog::configDirectory(call, configDir,
+                                 "Saving catalog list to file: cannot obtain path to the configuration directory."))
     return false;
   const TList1D* list = find1D(rid);
   if (list == nullptr) {

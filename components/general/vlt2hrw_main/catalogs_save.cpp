@@ -1,13 +1,12 @@
 // save_catalogs: runs the catalog tool once per catalog of catalog.list.
 
 #include <boost/filesystem.hpp>
-
 #include <fstream>
 
 #include "catalog_helpers.hpp"
 #include "common/path_helpers.hpp"
+#include "components/hpp/impl/qlln_environment_impl.hpp"
 #include "core/hpp/impl/run_program.hpp"
-#include "impl/qlln_environment_impl.hpp"
 #include "script_functions.hpp"
 #include "vlt_library_cfg.hpp"
 
@@ -16,8 +15,6 @@ namespace fs = boost::filesystem;
 namespace NComponent {
 
 namespace {
-
-const unsigned long kCreateNoWindow = 0x8000000;
 
 struct TCatalogRun {
   fs::path tool, catalogDir, catalogsDir, configDir, logDir;
@@ -33,8 +30,8 @@ namespace NCatalog {
 
 // The tool's command line for one catalog, piece by piece.
 std::string tbl2flatCommandLine(const fs::path& tool, const fs::path& input, const fs::path& catalogsDir,
-                                const fs::path& configDir, const fs::path& logDir,
-                                const std::string& locationMapFile, const std::string& catalog, bool swap) {
+                                const fs::path& configDir, const fs::path& logDir, const std::string& locationMapFile,
+                                const std::string& catalog, bool swap) {
   std::string line = "ksh -c \"";
   line += unixPath(tool);
   line += " -i " + unixPath(input);
@@ -55,8 +52,7 @@ std::string tbl2flatCommandLine(const fs::path& tool, const fs::path& input, con
 
 }  // namespace NCatalog
 
-bool saveCatalogs(const std::string& libraryName, const std::string& locationMapFile,
-                  const std::string& libraryDir) {
+bool saveCatalogs(const std::string& libraryName, const std::string& locationMapFile, const std::string& libraryDir) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
   VLT_LOG(call, Debug, "Saving catalogs to neutral format.");
@@ -79,7 +75,7 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
       return false;
     }
   }
-  const fs::path catalogDir = getCatalogDir(libraryName, locationMapFile, libraryDir);
+  const fs::path catalogDir = NVlt2HrwHelpers::getCatalogDir(call, libraryName, locationMapFile, libraryDir);
   if (!fs::is_directory(catalogDir)) return false;
 
   const fs::path listFile = configDir / "catalog.list";
@@ -98,9 +94,9 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
     NMisc::CRunProgram<std::string> run(call.translation);
     if (!run.obtainCurrentEnvironment()) VLT_LOG(call, Error, "Cannot obtain the environment for current process.");
     if (!setQllnEnvironment(run, call.services(), call.translation, call.component())) return false;
-    const std::string command = NCatalog::tbl2flatCommandLine(tool, input, catalogsDir, configDir, logDir,
-                                                              locationMapFile, catalog, swap);
-    if (!run.runProgram(command, true, kCreateNoWindow)) {
+    const std::string command =
+        NCatalog::tbl2flatCommandLine(tool, input, catalogsDir, configDir, logDir, locationMapFile, catalog, swap);
+    if (!run.runProgram(command, true, NMisc::kCreateNoWindow)) {
       VLT_LOG(call, Error, tool.string() << " cannot be loaded.");
     } else if (run.exitCode() != 0) {
       VLT_LOG(call, Error, "Tbl2flat program failed for catalog: " << catalog << ". Returned code: " << run.exitCode());

@@ -1,7 +1,6 @@
 // verify_catalogs: the report on what the catalog tool left behind.
 
 #include <boost/filesystem.hpp>
-
 #include <fstream>
 
 #include "catalog_helpers.hpp"
@@ -20,8 +19,7 @@ void writeHead(std::ostream& out, const char* title) { out << kRule << '\n' << t
 
 }  // namespace
 
-bool verifyCatalogs(const std::string& libraryName, const std::string& locationMapFile,
-                    const std::string& libraryDir) {
+bool verifyCatalogs(const std::string& libraryName, const std::string& locationMapFile, const std::string& libraryDir) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
   VLT_LOG(call, Debug, "Verifying catalog data.");
@@ -40,7 +38,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
     VLT_LOG(call, Error, "Verifying catalog data: cannot open report file for writing: " << reportFile.string());
     return false;
   }
-  if (!fs::is_directory(getCatalogDir(libraryName, locationMapFile, libraryDir))) return false;
+  if (!fs::is_directory(NVlt2HrwHelpers::getCatalogDir(call, libraryName, locationMapFile, libraryDir))) return false;
 
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
@@ -51,7 +49,8 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   writeHead(report, " Problems related due to absence of neutral catalog data files");
   for (const std::string& catalog : catalogs) {
     if (!fs::is_regular_file(catalogsDir / (catalog + "_neut.tlx")))
-      report << "ERROR: " << "content of the following catalog has not been saved: " << catalog << '\n';
+      report << "ERROR: "
+             << "content of the following catalog has not been saved: " << catalog << '\n';
   }
   report << '\n';
 
