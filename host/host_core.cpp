@@ -42,8 +42,6 @@ namespace {
 CHostCore* gCurrent = nullptr;
 }  // namespace
 
-
-
 namespace {
 
 log4cxx::LoggerPtr makeSink(CHostCore* core, const std::string& sink, bool attach) {

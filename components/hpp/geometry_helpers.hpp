@@ -2,7 +2,6 @@
 // Geometry helpers shared by the geometry path and technology steps.
 
 #include <boost/filesystem/path.hpp>
-
 #include <list>
 #include <string>
 
