@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <boost/filesystem.hpp>
+#include <cstdlib>
 
+#include "common/path_helpers.hpp"
 #include "components/hpp/component.hpp"
 #include "components/hpp/misc.hpp"
 #include "components/hpp/script_functions.hpp"
@@ -235,6 +237,157 @@ TEST_F(CreateWDirTest, FileWhereADirectoryBelongsRaises) {
   writeFile(wdir() / "log", "not a directory");
   EXPECT_THROW(NComponent::CreateWDir(wdir().string()), fs::filesystem_error);
   EXPECT_EQ(readFile(wdir() / "log"), "not a directory");
+}
+
+// The whole road: directories, templates, the seed tool and its two files.
+
+std::string shippedSeedProperties() {
+  CTempDir seed;
+  std::string command = "'" + std::string(VLT_TOOLS_DIR) + "/libforge.exe' -CreateSeed -zpcpath='" +
+                        (seed.path() / "Library.zpc").string() + "' >/dev/null";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  return readFile(seed.path() / "CentLib.prp");
+}
+
+// The fresh seed's property file with VALUE_VLT lines inserted before the
+// lines that begin with `before`.
+std::string withValueVlt(const std::string& prp, const std::vector<std::pair<int, std::string>>& inserts) {
+  std::string result = prp;
+  for (const auto& insert : inserts) {
+    auto at = result.find("\n" + insert.second);
+    EXPECT_NE(at, std::string::npos) << insert.second;
+    result.insert(at + 1, valueVltPropertyLine(insert.first) + "\n");
+  }
+  return result;
+}
+
+// Sets an environment variable for the children of one test.
+struct CEnvironmentGuard {
+  CEnvironmentGuard(const char* name, const char* value) : mName(name) { ::setenv(name, value, 1); }
+  ~CEnvironmentGuard() { ::unsetenv(mName); }
+  const char* mName;
+};
+
+std::string seedCommand(const fs::path& wdir) {
+  return "cmd /c " + rig_common::toWindowsPath(std::string(VLT_TOOLS_DIR) + "/libforge.exe") +
+         " -CreateSeed -zpcpath=\"" + wdir.string() + "/seed_library/Library.zpc\" -log=\"" + wdir.string() +
+         "/log/libforge_int.log\" > " + rig_common::toWindowsPath(wdir / "log" / "libforge.log") + " 2>>&1";
+}
+
+TEST_F(CreateWDirTest, NewTreeWithTemplatesSeedAndItsFiles) {
+  ASSERT_TRUE(NComponent::CreateWDir(wdir().string()));
+  for (const char* dir : {"config", "log", "log/reports", "reports", "neutral", "seed_library/SymbolLibs",
+                          "seed_library/PartsDBLibs", "seed_library/CellLibs"})
+    EXPECT_TRUE(fs::is_directory(wdir() / dir)) << dir;
+  EXPECT_FALSE(fs::exists(wdir() / "Library"));
+  const fs::path shipped = fs::path(VLT_SHIPPED_DIR) / "templates";
+  for (const char* file :
+       {"sk2td_symbols_only.cfg", "catalog_val_prop.xml", "excluded_parts.caf", "excluded_symbols.caf",
+        "symbol_data_mapping.xml", "geom_technology/technology_list.xml", "geom_technology/default_containers.xml"})
+    EXPECT_EQ(readFile(wdir() / "config" / file), readFile(shipped / file)) << file;
+  EXPECT_EQ(readFile(wdir() / "seed_library" / "Library.cfg"),
+            "SECTION LibraryManager\nKEY FlowType \"TD\"\nKEY FlowVersion \"HX2007\"\nENDSECTION\n");
+  EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"),
+            withValueVlt(shippedSeedProperties(), {{223, "*TEXTPROP 224 "}}));
+  EXPECT_TRUE(fs::is_regular_file(wdir() / "seed_library" / "Library.zpc"));
+  EXPECT_EQ(readFile(wdir() / "log" / "libforge.log"),
+            "LibForge: creating seed library: " + wdir().string() +
+                "/seed_library\nLibForge: seed library created: " + wdir().string() + "/seed_library/Library.zpc\n");
+  EXPECT_TRUE(fs::is_regular_file(wdir() / "log" / "libforge_int.log"));
+
+  // The exact command line, with the working directory's blank quoted in each form.
+  EXPECT_TRUE(host.logged("init", "DEBUG", "Create process: " + seedCommand(wdir()))) << seedCommand(wdir());
+  TLines init = host.lines("init");
+  ASSERT_GE(init.size(), 10u);
+  EXPECT_EQ(init[7], "DEBUG Directory does not exist at: '" + wdir().string() + "/seed_library', so will be created.");
+  EXPECT_EQ(init[8], "DEBUG Process starter: creating process: '" + seedCommand(wdir()) + "'");
+  EXPECT_EQ(init[init.size() - 2], "DEBUG VALUE_VLT property will have number: 223");
+  EXPECT_EQ(init.back(), "INFO Working directory successfully created at: " + wdir().string());
+  EXPECT_TRUE(host.texts("init", "WARN").empty());
+  expectInitOnly();
+}
+
+TEST_F(CreateWDirTest, ExistingTreeKeepsUserFilesAndRestoresTemplates) {
+  ASSERT_TRUE(NComponent::CreateWDir(wdir().string()));
+  writeFile(wdir() / "config" / "sk2td_symbols_only.cfg", "[DESIGN SCALING]\nScale=2.5\n");
+  writeFile(wdir() / "config" / "catalog.list", "resistors\n");
+  writeFile(wdir() / "Library" / "Library.zpc", "target\n");
+  writeFile(wdir() / "neutral" / "c_neut.tlx", "kept\n");
+  host.clearRecords();
+
+  ASSERT_TRUE(NComponent::CreateWDir(wdir().string()));
+  EXPECT_EQ(readFile(wdir() / "config" / "sk2td_symbols_only.cfg"),
+            readFile(fs::path(VLT_SHIPPED_DIR) / "templates" / "sk2td_symbols_only.cfg"));
+  EXPECT_EQ(readFile(wdir() / "config" / "catalog.list"), "resistors\n");
+  EXPECT_EQ(readFile(wdir() / "Library" / "Library.zpc"), "target\n");
+  EXPECT_EQ(readFile(wdir() / "neutral" / "c_neut.tlx"), "kept\n");
+  // The tool writes a fresh property file, so the property is there once.
+  EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"),
+            withValueVlt(shippedSeedProperties(), {{223, "*TEXTPROP 224 "}}));
+  TLines existing;
+  for (const auto& text : host.texts("init", "DEBUG"))
+    if (text.rfind("Directory ", 0) == 0) existing.push_back(text);
+  TLines expected;
+  for (const char* dir : {"", "/config", "/log", "/log/reports", "/reports", "/neutral", "/seed_library"})
+    expected.push_back("Directory already exists at: '" + wdir().string() + dir + "', so will not be created.");
+  EXPECT_EQ(existing, expected);
+}
+
+TEST_F(CreateWDirTest, NonZeroToolCodeIsWarnedAndTheRunGoesOn) {
+  ASSERT_TRUE(NComponent::CreateWDir(wdir().string()));
+  host.clearRecords();
+  {
+    CEnvironmentGuard fail("LIBFORGE_FAIL", "exit:3");
+    // The tool leaves the old property file: a second VALUE_VLT is added.
+    EXPECT_TRUE(NComponent::CreateWDir(wdir().string()));
+  }
+  EXPECT_EQ(host.texts("init", "WARN"), (TLines{"LibForge found problem(s) during creating seed CL: " +
+                                                wdir().string() + "/seed_library. Returned code: 3"}));
+  EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"),
+            withValueVlt(shippedSeedProperties(), {{223, "*TEXTPROP 224 "}, {225, "*TEXTPROP 300 "}}));
+  EXPECT_EQ(readFile(wdir() / "log" / "libforge.log"),
+            "Error: libforge.exe failed on request (LIBFORGE_FAIL=exit:3)\n");
+  EXPECT_TRUE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
+}
+
+TEST_F(CreateWDirTest, ToolThatCannotRunLeavesNoPropertyFile) {
+  CTempDir emptyBin;
+  host.setService("get rig install bin", emptyBin.str());
+  EXPECT_FALSE(NComponent::CreateWDir(wdir().string()));
+  EXPECT_EQ(host.texts("init", "WARN"), (TLines{"LibForge found problem(s) during creating seed CL: " +
+                                                wdir().string() + "/seed_library. Returned code: 9009"}));
+  EXPECT_EQ(host.texts("init", "ERROR"),
+            (TLines{"Cannot read Central Library property file: " + wdir().string() + "/seed_library/CentLib.prp"}));
+  EXPECT_NE(readFile(wdir() / "log" / "libforge.log").find("is not recognized"), std::string::npos);
+  // Library.cfg is written before the property file is read.
+  EXPECT_TRUE(fs::is_regular_file(wdir() / "seed_library" / "Library.cfg"));
+  EXPECT_FALSE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
+}
+
+TEST_F(CreateWDirTest, LibraryCfgThatCannotBeWrittenStopsBeforeTheProperty) {
+  fs::create_directories(wdir() / "seed_library" / "Library.cfg");
+  EXPECT_FALSE(NComponent::CreateWDir(wdir().string()));
+  EXPECT_EQ(host.texts("init", "ERROR"),
+            (TLines{"Cannot open Library.cfg file for writing: '" + wdir().string() + "/seed_library/Library.cfg'."}));
+  EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"), shippedSeedProperties());
+}
+
+TEST_F(CreateWDirTest, PropertyLinesThatDoNotConvertAreWarned) {
+  // A tool that leaves a property file of its own.
+  CTempDir bin;
+  writeFile(bin.path() / "CentLib.prp", "*TEXTPROP 221 CELL a\n*TEXTPROP 123456789012 CELL b\n*TEXTPROP 300 CELL c\n");
+  writeFile(bin.path() / "libforge.exe",
+            "#!/bin/sh\nfor a in \"$@\"; do case $a in -zpcpath=*) z=${a#-zpcpath=};; esac; done\n"
+            "cp '" +
+                (bin.path() / "CentLib.prp").string() + "' \"$(dirname \"$z\")/CentLib.prp\"\n");
+  fs::permissions(bin.path() / "libforge.exe", fs::owner_all);
+  host.setService("get rig install bin", bin.str());
+  EXPECT_TRUE(NComponent::CreateWDir(wdir().string()));
+  EXPECT_EQ(host.texts("init", "WARN"),
+            (TLines{"Probably invalid property definition. Line: *TEXTPROP 123456789012 CELL b"}));
+  EXPECT_EQ(
+      readFile(wdir() / "seed_library" / "CentLib.prp"),
+      "*TEXTPROP 221 CELL a\n*TEXTPROP 123456789012 CELL b\n" + valueVltPropertyLine(222) + "\n*TEXTPROP 300 CELL c\n");
 }
 
 // ---- prepare_target_cl --------------------------------------------------------

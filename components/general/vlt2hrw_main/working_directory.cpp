@@ -9,6 +9,8 @@
 #include <fstream>
 #include <set>
 
+#include "common/path_helpers.hpp"
+#include "core/hpp/impl/run_program.hpp"
 #include "misc.hpp"
 #include "platform/file_copy.hpp"
 #include "script_functions.hpp"
@@ -26,29 +28,10 @@ bool createDirectory(const fs::path& dir, log4cxx::LoggerPtr logger) {
   return fs::create_directory(dir);
 }
 
-namespace {
-
-// Interim path forms until the shared helpers land.
-std::string quoteIf(const std::string& text, const char* specials) {
-  return text.find_first_of(specials) == std::string::npos ? text : "\"" + text + "\"";
-}
-std::string toWindowsPath(const fs::path& path, bool quote) {
-  std::string text = path.string();
-  for (auto& c : text)
-    if (c == '/') c = '\\';
-  return quote ? quoteIf(text, " ;&,=") : text;
-}
-std::string toUnixPath(const fs::path& path, bool quote) {
-  std::string text = path.string();
-  for (auto& c : text)
-    if (c == '\\') c = '/';
-  return quote ? quoteIf(text, " ;#&()'=") : text;
-}
-
-}  // namespace
-
 std::string seedCommandLine(const fs::path& tool, const fs::path& index, const fs::path& internalLog,
                             const fs::path& output) {
+  using rig_common::toUnixPath;
+  using rig_common::toWindowsPath;
   return "cmd /c " + toWindowsPath(tool, true) + " -CreateSeed" + " -zpcpath=" + toUnixPath(index, true) +
          " -log=" + toUnixPath(internalLog, true) + " > " + toWindowsPath(output, true) + " 2>>&1";
 }
@@ -114,12 +97,12 @@ using NVlt2HrwHelpers::createDirectory;
 
 // Starts the seed tool and waits for it. False when it cannot be started;
 // otherwise its exit code is in `exitCode`.
+// The child inherits the host's environment: no environment work here.
 bool runLibForge(log4cxx::LoggerPtr logger, const std::string& commandLine, unsigned long& exitCode) {
-  // Interim: the process starter is not here yet.
-  (void)logger;
-  (void)commandLine;
-  exitCode = 0;
-  return false;
+  NMisc::CRunProgram<std::string> program(logger);
+  const bool started = program.runProgram(commandLine, true, NMisc::kCreateNoWindow);
+  exitCode = program.exitCode();
+  return started;
 }
 
 bool writeLibraryCfg(const fs::path& seedDir, const log4cxx::LoggerPtr& logger) {
