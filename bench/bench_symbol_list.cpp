@@ -6,7 +6,6 @@
 // Usage: bench_symbol_list [scratch directory]
 
 #include <boost/filesystem.hpp>
-
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -26,9 +25,7 @@ namespace {
 
 using TClock = std::chrono::steady_clock;
 
-double secondsSince(TClock::time_point start) {
-  return std::chrono::duration<double>(TClock::now() - start).count();
-}
+double secondsSince(TClock::time_point start) { return std::chrono::duration<double>(TClock::now() - start).count(); }
 
 // Item k of a run of n adds: the first three quarters are new paths, the
 // last quarter repeats earlier paths with a catalog of their own.
@@ -64,8 +61,8 @@ int main(int argc, char** argv) {
   const fs::path file = dir / "bench.sym_list.caf";
 
   std::printf("Symbol lists: build (n adds, a quarter merged), write, read back\n");
-  std::printf("%10s %10s %12s %14s %12s %12s %12s\n", "adds", "items", "build s", "build us/add", "write s",
-              "read s", "file MB");
+  std::printf("%10s %10s %12s %14s %12s %12s %12s\n", "adds", "items", "build s", "build us/add", "write s", "read s",
+              "file MB");
   for (size_t n : {1000u, 10000u, 100000u, 200000u}) {
     size_t items = 0;
     double build = 0, write = 0, read = 0;

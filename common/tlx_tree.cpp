@@ -21,8 +21,7 @@ bool sameKeyword(const std::string& a, const std::string& b, bool caseSensitive)
   if (caseSensitive) return a == b;
   if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
   return true;
 }
 
@@ -270,9 +269,9 @@ bool TLXManager::read(TLXInput& input) {
       const size_t inHand = stack.size() - 1;
       frame.hasKeyword = keyEnd > dots;
       if (level == inHand + 1) {
-        frame.last = frame.node->adoptChild(std::make_unique<TLXNode>(
-            mLogger, static_cast<unsigned>(level), line.substr(dots, keyEnd - dots),
-            line.substr(valueBegin, end - valueBegin)));
+        frame.last = frame.node->adoptChild(std::make_unique<TLXNode>(mLogger, static_cast<unsigned>(level),
+                                                                      line.substr(dots, keyEnd - dots),
+                                                                      line.substr(valueBegin, end - valueBegin)));
         if (input.progress)
           input.progress(TLXInput::kKeywordLine,
                          {frame.last->level, frame.last->keyword, std::string(line.substr(begin, end - begin))});

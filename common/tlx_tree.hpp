@@ -17,8 +17,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <iterator>
 #include <iosfwd>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
