@@ -36,8 +36,8 @@ class TLXNode;
 
 // The children of a node, in file order: an intrusive list over the nodes
 // themselves, so that appending and resuming a search cost no allocation
-// and no search. Iteration yields TLXNode*; the owning node
-// deletes them.
+// and no search. Iteration yields TLXNode*. The owning node deletes them; a
+// node is taken out of a tree with detachChild, never deleted in place.
 class TLXChildren {
  public:
   class iterator {
