@@ -16,7 +16,8 @@ CXML_Parser::~CXML_Parser() = default;
 void CXML_Parser::initialize() { mImpl->document.reset(); }
 
 bool CXML_Parser::parse(const std::string& path, log4cxx::LoggerPtr logger) {
-  pugi::xml_parse_result result = mImpl->document.load_file(path.c_str(), pugi::parse_default | pugi::parse_declaration);
+  pugi::xml_parse_result result =
+      mImpl->document.load_file(path.c_str(), pugi::parse_default | pugi::parse_declaration);
   if (result) return true;
   VLT_LOG1(logger, Error,
            "XML parse error in '" << path << "': " << result.description() << " at offset " << result.offset << ".");
