@@ -45,20 +45,20 @@ class CErrorLines : public rig_common::log4rig::ILogger {
 // The command line: every option of kValueOptions with its value, and -w.
 // Returns 0, or the exit code after printing the error.
 int checkCommandLine(const vlttools::TOptions& options) {
-  for (const auto& word : options.positional) return fail(1, "unexpected argument: " + word);
   for (const auto& flag : options.flags) {
     if (flag == "w") continue;
     for (const auto& name : kValueOptions)
       if (flag == name) return fail(1, "option -" + name + " needs a value");
     return fail(1, "unknown option: -" + flag);
   }
-  for (const auto& name : kValueOptions)
-    if (!options.has(name) || options.get(name).empty()) return fail(1, "missing option -" + name);
   for (const auto& name : options.values) {
     bool known = false;
     for (const auto& k : kValueOptions) known = known || k == name.first;
     if (!known) return fail(1, "unknown option: -" + name.first);
   }
+  for (const auto& word : options.positional) return fail(1, "unexpected argument: " + word);
+  for (const auto& name : kValueOptions)
+    if (!options.has(name) || options.get(name).empty()) return fail(1, "missing option -" + name);
   if (options.get("s") != "QRN") return fail(1, "unsupported source dialect: " + options.get("s"));
   if (options.get("d") != "QRN2PDB") return fail(1, "unsupported destination dialect: " + options.get("d"));
   return 0;

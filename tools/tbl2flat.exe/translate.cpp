@@ -119,7 +119,12 @@ class CPartTranslator {
     for (const auto& component : part.components)
       for (const auto& symbol : component.symbols) {
         if (symbol == "-") continue;
+        // A symbol that several parts use is one item with one CATALOG node.
         rig_common::CSymbolListItem item(nullptr, container, symbol);
+        if (rig_common::CSymbolListItem* known = mResult.symbols.find(item.getPath())) {
+          known->addSymbolUse(mIn.catalog, number, component.name, symbol);
+          continue;
+        }
         item.addSymbolUse(mIn.catalog, number, component.name, symbol);
         mResult.symbols.add(std::move(item));
       }
