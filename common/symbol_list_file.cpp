@@ -1,7 +1,6 @@
 #include "common/symbol_list_file.hpp"
 
 #include <boost/regex.hpp>
-
 #include <fstream>
 #include <vector>
 
@@ -41,8 +40,7 @@ CSymbolListFileHandler::CSymbolListFileHandler(ILogger* logger) : mImpl(new CImp
 
 CSymbolListFileHandler::~CSymbolListFileHandler() { delete mImpl; }
 
-CSymbolListFileHandler::CSymbolListFileHandler(CSymbolListFileHandler&& other)
-    : mImpl(other.mImpl) {
+CSymbolListFileHandler::CSymbolListFileHandler(CSymbolListFileHandler&& other) : mImpl(other.mImpl) {
   other.mImpl = new CImpl(mImpl->logger);
 }
 
@@ -60,9 +58,7 @@ const CSymbolList& CSymbolListFileHandler::list() const { return mImpl->list; }
 
 bool CSymbolListFileReader::read(const std::string& name) { return impl().read(name); }
 
-bool CSymbolListFileWriter::open(const std::string& name, bool readExisting) {
-  return impl().open(name, readExisting);
-}
+bool CSymbolListFileWriter::open(const std::string& name, bool readExisting) { return impl().open(name, readExisting); }
 
 bool CSymbolListFileWriter::add(const std::string& directory, const std::string& name) {
   return impl().add(directory, name);

@@ -141,8 +141,8 @@ std::string CSymbolListItem::getName() const {
 bool CSymbolListItem::isValid(ILogger* log) const {
   if (!root || root->keyword != kSymbolPath) {
     if (log != nullptr)
-      (*log)(log4rig::kError, std::string("Expected ") + kSymbolPath + " node not found. " + " Instead there is: " +
-                                  (root ? root->keyword : std::string()));
+      (*log)(log4rig::kError, std::string("Expected ") + kSymbolPath + " node not found. " +
+                                  " Instead there is: " + (root ? root->keyword : std::string()));
     return false;
   }
   if (root->values.empty()) {

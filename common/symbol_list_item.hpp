@@ -23,15 +23,15 @@ namespace symbol {
 
 using log4rig::ILogger;
 
-extern const char* const kSymbolPath;  // "SK_SYMBOL_PATH"
-extern const char* const kCatalog;     // "CATALOG"
-extern const char* const kPart;        // "QRN_PART"
-extern const char* const kComp;        // "QRN_COMP"
-extern const char* const kSymbol;      // "QRN_SYMBOL"
+extern const char* const kSymbolPath;   // "SK_SYMBOL_PATH"
+extern const char* const kCatalog;      // "CATALOG"
+extern const char* const kPart;         // "QRN_PART"
+extern const char* const kComp;         // "QRN_COMP"
+extern const char* const kSymbol;       // "QRN_SYMBOL"
 extern const char* const kNamePostfix;  // "NAME_POSTFIX"
-extern const char* const kPinMap;      // "LOGIC_PIN_MAP"
-extern const char* const kSourcePin;   // "SK_PIN"
-extern const char* const kTargetPin;   // "TD_PIN"
+extern const char* const kPinMap;       // "LOGIC_PIN_MAP"
+extern const char* const kSourcePin;    // "SK_PIN"
+extern const char* const kTargetPin;    // "TD_PIN"
 
 // Removes every ' and " and turns \ into /.
 std::string normaliseSymbolPath(const std::string& path);

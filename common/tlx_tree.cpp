@@ -21,8 +21,7 @@ bool sameKeyword(const std::string& a, const std::string& b, bool caseSensitive)
   if (caseSensitive) return a == b;
   if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
   return true;
 }
 
@@ -34,6 +33,12 @@ void report(ILogger* logger, int level, const std::string& message) {
 
 // ---------------------------------------------------------------- TLXNode
 
+size_t TLXChildren::size() const {
+  size_t count = 0;
+  for (TLXNode* node = mFirst; node != nullptr; node = node->nextSibling()) ++count;
+  return count;
+}
+
 TLXNode* TLXChildren::operator[](size_t index) const {
   TLXNode* node = mFirst;
   while (node != nullptr && index-- > 0) node = node->nextSibling();
@@ -43,19 +48,20 @@ TLXNode* TLXChildren::operator[](size_t index) const {
 TLXNode::TLXNode(ILogger* logger, unsigned level, std::string keyword)
     : level(level), keyword(std::move(keyword)), logger(logger) {}
 
+TLXNode::TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value)
+    : level(level), keyword(keyword), values(value), logger(logger) {}
+
 TLXNode::~TLXNode() {
   // A work list chained through the sibling links: a node with children is
   // put behind them, so children go before their parent, and a deeply
   // nested tree needs neither recursion nor memory.
   TLXNode* work = children.mFirst;
   children.mFirst = children.mLast = nullptr;
-  children.mCount = 0;
   while (work != nullptr) {
     if (work->children.mFirst != nullptr) {
       TLXNode* first = work->children.mFirst;
       work->children.mLast->mNext = work;
       work->children.mFirst = work->children.mLast = nullptr;
-      work->children.mCount = 0;
       work = first;
       continue;
     }
@@ -118,24 +124,24 @@ TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) {
   TLXNode* child = owned.release();
   child->parent = this;
   child->mNext = nullptr;
-  child->mPrev = children.mLast;
   if (children.mLast != nullptr)
     children.mLast->mNext = child;
   else
     children.mFirst = child;
   children.mLast = child;
-  ++children.mCount;
   return child;
 }
 
 std::unique_ptr<TLXNode> TLXNode::detachChild(const TLXNode* child) {
   if (child == nullptr || child->parent != this) return nullptr;
+  TLXNode* before = nullptr;
+  for (TLXNode* node = children.mFirst; node != child; node = node->mNext) before = node;
   TLXNode* node = const_cast<TLXNode*>(child);
-  (node->mPrev != nullptr ? node->mPrev->mNext : children.mFirst) = node->mNext;
-  (node->mNext != nullptr ? node->mNext->mPrev : children.mLast) = node->mPrev;
-  --children.mCount;
+  (before != nullptr ? before->mNext : children.mFirst) = node->mNext;
+  if (children.mLast == node) children.mLast = before;
   if (cursor == node) cursor = nullptr;
-  node->parent = node->mNext = node->mPrev = nullptr;
+  node->parent = nullptr;
+  node->mNext = nullptr;
   return std::unique_ptr<TLXNode>(node);
 }
 
@@ -263,10 +269,9 @@ bool TLXManager::read(TLXInput& input) {
       const size_t inHand = stack.size() - 1;
       frame.hasKeyword = keyEnd > dots;
       if (level == inHand + 1) {
-        auto child = std::make_unique<TLXNode>(mLogger, static_cast<unsigned>(level),
-                                               std::string(line, dots, keyEnd - dots));
-        child->values.emplace_back(line, valueBegin, end - valueBegin);
-        frame.last = frame.node->adoptChild(std::move(child));
+        frame.last = frame.node->adoptChild(std::make_unique<TLXNode>(mLogger, static_cast<unsigned>(level),
+                                                                      line.substr(dots, keyEnd - dots),
+                                                                      line.substr(valueBegin, end - valueBegin)));
         if (input.progress)
           input.progress(TLXInput::kKeywordLine,
                          {frame.last->level, frame.last->keyword, std::string(line.substr(begin, end - begin))});

@@ -17,8 +17,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <iterator>
 #include <iosfwd>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,9 +35,9 @@ using log4rig::ILogger;
 class TLXNode;
 
 // The children of a node, in file order: an intrusive list over the nodes
-// themselves, so that appending, detaching and resuming a search cost no
-// allocation and no search. Iteration yields TLXNode*; the owning node
-// deletes them.
+// themselves, so that appending and resuming a search cost no allocation
+// and no search. Iteration yields TLXNode*. The owning node deletes them; a
+// node is taken out of a tree with detachChild, never deleted in place.
 class TLXChildren {
  public:
   class iterator {
@@ -70,7 +70,8 @@ class TLXChildren {
 
   iterator begin() const { return iterator(mFirst); }
   iterator end() const { return iterator(); }
-  size_t size() const { return mCount; }
+  // The number of children, counted by walking the list.
+  size_t size() const;
   bool empty() const { return mFirst == nullptr; }
   TLXNode* front() const { return mFirst; }
   TLXNode* back() const { return mLast; }
@@ -81,7 +82,6 @@ class TLXChildren {
   friend class TLXNode;
   TLXNode* mFirst = nullptr;
   TLXNode* mLast = nullptr;
-  size_t mCount = 0;
 };
 
 // One node of a keyword tree. A node owns its children; the root of a tree
@@ -89,6 +89,8 @@ class TLXChildren {
 class TLXNode {
  public:
   explicit TLXNode(ILogger* logger = nullptr, unsigned level = 0, std::string keyword = std::string());
+  // A node with one value.
+  TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value);
   // Deletes the subtree, children before their parent, without recursion.
   virtual ~TLXNode();
   TLXNode(const TLXNode&) = delete;
@@ -134,7 +136,6 @@ class TLXNode {
  private:
   TLXNode* searchFrom(TLXNode* start, const std::string& keyword, bool caseSensitive);
   TLXNode* mNext = nullptr;
-  TLXNode* mPrev = nullptr;
 };
 
 inline TLXChildren::iterator& TLXChildren::iterator::operator++() {

@@ -6,7 +6,9 @@
 
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -51,6 +53,8 @@ class TLXValues {
   using size_type = size_t;
 
   TLXValues() = default;
+  // One value.
+  explicit TLXValues(std::string_view first) : mFirst(first), mHasFirst(true) {}
   TLXValues(std::initializer_list<std::string> values) {
     for (const auto& v : values) push_back(v);
   }
@@ -58,14 +62,26 @@ class TLXValues {
     for (const auto& v : values) push_back(v);
   }
 
-  size_t size() const { return mHasFirst ? 1 + mRest.size() : 0; }
+  TLXValues(const TLXValues& other) { *this = other; }
+  TLXValues& operator=(const TLXValues& other) {
+    if (this != &other) {
+      mFirst = other.mFirst;
+      mHasFirst = other.mHasFirst;
+      mRest.reset(other.mRest ? new std::vector<std::string>(*other.mRest) : nullptr);
+    }
+    return *this;
+  }
+  TLXValues(TLXValues&&) noexcept = default;
+  TLXValues& operator=(TLXValues&&) noexcept = default;
+
+  size_t size() const { return mHasFirst ? 1 + restSize() : 0; }
   bool empty() const { return !mHasFirst; }
-  std::string& operator[](size_t i) { return i == 0 ? mFirst : mRest[i - 1]; }
-  const std::string& operator[](size_t i) const { return i == 0 ? mFirst : mRest[i - 1]; }
+  std::string& operator[](size_t i) { return i == 0 ? mFirst : (*mRest)[i - 1]; }
+  const std::string& operator[](size_t i) const { return i == 0 ? mFirst : (*mRest)[i - 1]; }
   std::string& front() { return mFirst; }
   const std::string& front() const { return mFirst; }
-  std::string& back() { return mRest.empty() ? mFirst : mRest.back(); }
-  const std::string& back() const { return mRest.empty() ? mFirst : mRest.back(); }
+  std::string& back() { return restSize() == 0 ? mFirst : mRest->back(); }
+  const std::string& back() const { return restSize() == 0 ? mFirst : mRest->back(); }
 
   template <class... TArgs>
   std::string& emplace_back(TArgs&&... args) {
@@ -74,18 +90,20 @@ class TLXValues {
       mHasFirst = true;
       return mFirst;
     }
-    return mRest.emplace_back(std::forward<TArgs>(args)...);
+    if (!mRest) mRest.reset(new std::vector<std::string>());
+    return mRest->emplace_back(std::forward<TArgs>(args)...);
   }
   void push_back(const std::string& value) { emplace_back(value); }
   void push_back(std::string&& value) { emplace_back(std::move(value)); }
   void resize(size_t n) {
     if (n == 0) return clear();
     mHasFirst = true;
-    mRest.resize(n - 1);
+    if (!mRest) mRest.reset(new std::vector<std::string>());
+    mRest->resize(n - 1);
   }
   void clear() {
     mFirst.clear();
-    mRest.clear();
+    mRest.reset();
     mHasFirst = false;
   }
 
@@ -96,15 +114,21 @@ class TLXValues {
 
   operator std::vector<std::string>() const { return std::vector<std::string>(begin(), end()); }
   bool operator==(const TLXValues& other) const {
-    return size() == other.size() && (empty() || (mFirst == other.mFirst && mRest == other.mRest));
+    if (size() != other.size()) return false;
+    for (size_t i = 0; i < size(); ++i)
+      if ((*this)[i] != other[i]) return false;
+    return true;
   }
   bool operator!=(const TLXValues& other) const { return !(*this == other); }
   friend bool operator==(const TLXValues& a, const std::vector<std::string>& b) { return a == TLXValues(b); }
   friend bool operator==(const std::vector<std::string>& a, const TLXValues& b) { return b == TLXValues(a); }
 
  private:
+  size_t restSize() const { return mRest ? mRest->size() : 0; }
+
+  // The first value in place; the others, rare, behind a pointer.
   std::string mFirst;
-  std::vector<std::string> mRest;
+  std::unique_ptr<std::vector<std::string>> mRest;
   bool mHasFirst = false;
 };
 

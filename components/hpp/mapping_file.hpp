@@ -6,9 +6,9 @@
 //   NComponent::MappingFile::MappingFile mapping;
 //   if (NComponent::MappingFile::readMappingFile(mapping, file, call)) ...
 
-#include <boost/filesystem/path.hpp>
 #include <log4cxx/logger.h>
 
+#include <boost/filesystem/path.hpp>
 #include <string>
 #include <vector>
 
@@ -40,8 +40,8 @@ struct MappingFile {
 // Appends the portions of `file` to `mapping`. False only when the file
 // cannot be opened; every other problem is a warning and the line is
 // skipped. Messages go to the two sinks of the calling script function.
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
-                     const log4cxx::LoggerPtr& translation, const log4cxx::LoggerPtr& component);
+bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const log4cxx::LoggerPtr& translation,
+                     const log4cxx::LoggerPtr& component);
 bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const CScriptCall& call);
 
 }  // namespace MappingFile

@@ -1,8 +1,9 @@
 // The symbol/pin mapping file reader.
 
+#include "components/hpp/mapping_file.hpp"
+
 #include <gtest/gtest.h>
 
-#include "components/hpp/mapping_file.hpp"
 #include "components/hpp/misc.hpp"
 #include "support/fake_host.hpp"
 
@@ -34,8 +35,9 @@ struct MappingFileTest : ::testing::Test {
 };
 
 TEST_F(MappingFileTest, SymbolsAndPins) {
-  ASSERT_TRUE(read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
-                   "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"));
+  ASSERT_TRUE(
+      read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
+           "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"));
   ASSERT_EQ(mapping.symbols.size(), 2u);
   const auto& nand = mapping.symbols[0];
   EXPECT_EQ(nand.name, "nand_a");
@@ -67,11 +69,10 @@ TEST_F(MappingFileTest, SwapCodeWarnings) {
   EXPECT_EQ(pins[0].swapCode, "2");
   EXPECT_EQ(pins[1].swapCode, "");  // stays in the record
   EXPECT_EQ(pins[2].swapCode, "Y");
-  EXPECT_EQ(warnings(),
-            (std::vector<std::string>{
-                "Reading mapping file: more than one pin swap code has been specified for a pin" + at(2),
-                "Reading mapping file: pin swap code has not been specified for a pin" + at(3),
-                "Reading mapping file: more than one pin swap code has been specified for a pin" + at(4)}));
+  EXPECT_EQ(warnings(), (std::vector<std::string>{
+                            "Reading mapping file: more than one pin swap code has been specified for a pin" + at(2),
+                            "Reading mapping file: pin swap code has not been specified for a pin" + at(3),
+                            "Reading mapping file: more than one pin swap code has been specified for a pin" + at(4)}));
   EXPECT_EQ(host.texts("component", "WARN"), warnings());
 }
 
@@ -89,19 +90,20 @@ TEST_F(MappingFileTest, SymbolWithOneWordIsUnknownAndPinsGoToTheSymbolBefore) {
   ASSERT_EQ(mapping.symbols.size(), 1u);
   EXPECT_EQ(mapping.symbols[0].pins.size(), 1u);
   EXPECT_EQ(mapping.symbols[0].pins[0].name, "B");
-  EXPECT_EQ(warnings(), (std::vector<std::string>{
-                            "Reading mapping file: unknown keyword found in entry: 'SYMBOL a'" + at(1),
-                            "Reading mapping file: orphaned pin entry found" + at(2),
-                            "Reading mapping file: unknown keyword found in entry: 'SYMBOL b'" + at(4)}));
+  EXPECT_EQ(warnings(),
+            (std::vector<std::string>{"Reading mapping file: unknown keyword found in entry: 'SYMBOL a'" + at(1),
+                                      "Reading mapping file: orphaned pin entry found" + at(2),
+                                      "Reading mapping file: unknown keyword found in entry: 'SYMBOL b'" + at(4)}));
 }
 
 TEST_F(MappingFileTest, KnownKeywordsInAnyCaseAreSilent) {
-  ASSERT_TRUE(read("common a b\nPinSet x y z\nPOWER a b\nblock a b\nSUBSYMBOL\nsubpin a b\nUNATTPHY a\n"
-                   "symbol a b\n\n   \t\nSUBSYMBOL x\nPOWER a\n"));
+  ASSERT_TRUE(
+      read("common a b\nPinSet x y z\nPOWER a b\nblock a b\nSUBSYMBOL\nsubpin a b\nUNATTPHY a\n"
+           "symbol a b\n\n   \t\nSUBSYMBOL x\nPOWER a\n"));
   EXPECT_EQ(mapping.symbols.size(), 1u);
-  EXPECT_EQ(warnings(), (std::vector<std::string>{
-                            "Reading mapping file: unknown keyword found in entry: 'SUBSYMBOL x'" + at(11),
-                            "Reading mapping file: unknown keyword found in entry: 'POWER a'" + at(12)}));
+  EXPECT_EQ(warnings(),
+            (std::vector<std::string>{"Reading mapping file: unknown keyword found in entry: 'SUBSYMBOL x'" + at(11),
+                                      "Reading mapping file: unknown keyword found in entry: 'POWER a'" + at(12)}));
 }
 
 TEST_F(MappingFileTest, HashAnywhereVoidsTheLine) {
@@ -119,7 +121,8 @@ TEST_F(MappingFileTest, MissingFileAndAppending) {
   NComponent::CScriptCall call;
   host.clearRecords();
   EXPECT_FALSE(readMappingFile(mapping, path, call));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path));
+  EXPECT_TRUE(
+      host.logged("translation", "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path));
   EXPECT_TRUE(host.logged("component", "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path));
 }
 

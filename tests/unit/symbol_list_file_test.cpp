@@ -1,12 +1,13 @@
 // Symbol list files (reader, writer, byte format), file name patterns and
 // part list files.
 
+#include "common/symbol_list_file.hpp"
+
 #include <gtest/gtest.h>
 
 #include <map>
 
 #include "common/part_list_file.hpp"
-#include "common/symbol_list_file.hpp"
 #include "support/fake_host.hpp"
 #include "support/recording_logger.hpp"
 
@@ -106,7 +107,10 @@ TEST_F(ListFileTest, WriterWritesAtDestructionOnly) {
 
 TEST_F(ListFileTest, EmptyListGivesAnEmptyFileAndUnopenedWritersWriteNothing) {
   writeFile(file("old.caf"), ".SK_SYMBOL_PATH a/b\n");
-  { CSymbolListFileWriter writer; writer.open(file("old.caf")); }
+  {
+    CSymbolListFileWriter writer;
+    writer.open(file("old.caf"));
+  }
   EXPECT_EQ(readFile(file("old.caf")), "");
   {
     CSymbolListFileWriter writer;
@@ -170,7 +174,8 @@ TEST_F(ListFileTest, UnwritableFileIsReported) {
     ASSERT_TRUE(writer.open(name));
     writer.add("a", "b");
   }
-  EXPECT_EQ(log.messages, std::vector<std::string>{"5 Cannot open the following symbol list file for writing: " + name});
+  EXPECT_EQ(log.messages,
+            std::vector<std::string>{"5 Cannot open the following symbol list file for writing: " + name});
 }
 
 TEST_F(ListFileTest, WritersInAMapWriteWhenTheMapGoes) {
@@ -208,8 +213,8 @@ TEST_F(ListFileTest, PartListRules) {
   CPartListFileReader parts;
   ASSERT_TRUE(parts.read(file("excluded_parts.caf")));
   using P = std::pair<std::string, std::string>;
-  EXPECT_EQ(parts.parts(), (std::vector<P>{{"cat1", "AB 123"}, {"cat2", "X"}, {"cat4", "//not a comment"},
-                                           {"cat1", "a//b"}}));
+  EXPECT_EQ(parts.parts(),
+            (std::vector<P>{{"cat1", "AB 123"}, {"cat2", "X"}, {"cat4", "//not a comment"}, {"cat1", "a//b"}}));
   EXPECT_TRUE(parts.contains("cat1", "AB 123"));
   EXPECT_FALSE(parts.contains("cat1", "ab 123"));
   EXPECT_FALSE(parts.contains("cat3", ""));

@@ -1,10 +1,11 @@
 // Symbol list items and lists: paths, uses, pin maps, postfixes, merging.
 
+#include "common/symbol_list.hpp"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "common/symbol_list.hpp"
 #include "support/recording_logger.hpp"
 
 using rig_common::CSymbolList;

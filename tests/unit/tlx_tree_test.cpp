@@ -1,10 +1,11 @@
 // Keyword tree files: the parse, its failure reports, searches and writing.
 
+#include "common/tlx_tree.hpp"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "common/tlx_tree.hpp"
 #include "support/fake_host.hpp"
 #include "support/recording_logger.hpp"
 
@@ -97,8 +98,8 @@ TEST_F(TlxTest, EmptyKeywordCountsAsNoKeyword) {
 
 TEST_F(TlxTest, GrandchildWithoutParent) {
   EXPECT_FALSE(parse("\n  ..A 1  \n"));
-  EXPECT_EQ(log.messages, (std::vector<std::string>{"5 Found a grandchild without a parent at line: 2",
-                                                    "2 Line content: ..A 1"}));
+  EXPECT_EQ(log.messages,
+            (std::vector<std::string>{"5 Found a grandchild without a parent at line: 2", "2 Line content: ..A 1"}));
 }
 
 TEST_F(TlxTest, TooManyDots) {
@@ -203,6 +204,81 @@ TEST_F(TlxTest, DeepNestingParsesAndDestroys) {
   int depth = 0;
   while (!node->children.empty()) node = node->children.front(), ++depth;
   EXPECT_EQ(depth, 1500);
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(TlxTest, LinesAcrossBlocksAndLongerThanABlock) {
+  const std::string longValue(200000, 'v');
+  std::string text;
+  for (int i = 0; i < 20000; ++i) text += ".K" + std::to_string(i) + " value " + std::to_string(i) + "\n";
+  text += ".LONG " + longValue + "\r\n.LAST x";
+  ASSERT_TRUE(parse(text));
+  ASSERT_EQ(root().children.size(), 20002u);
+  int i = 0;
+  for (TLXNode* node : root().children) {
+    if (i < 20000) {
+      ASSERT_EQ(node->keyword, "K" + std::to_string(i));
+      ASSERT_EQ(node->valueAt(0), "value " + std::to_string(i));
+    }
+    ++i;
+  }
+  EXPECT_EQ(root().children[20000]->valueAt(0), longValue);
+  EXPECT_EQ(root().children.back()->valueAt(0), "x");
+}
+
+TEST_F(TlxTest, LineNumbersCountEveryLineOfTheStream) {
+  std::string text;
+  for (int i = 0; i < 9000; ++i) text += "! comment number " + std::to_string(i) + "\n\n";
+  text += "..orphan\n";
+  EXPECT_FALSE(parse(text));
+  EXPECT_EQ(log.messages.front(), "5 Found a grandchild without a parent at line: 18001");
+}
+
+TEST(TlxValues, BehavesLikeAVectorOfStrings) {
+  rig_common::TLXHandler::TLXValues values;
+  EXPECT_TRUE(values.empty());
+  values.push_back("a");
+  values.emplace_back("b");
+  values.push_back(std::string("c"));
+  EXPECT_EQ(values.size(), 3u);
+  EXPECT_EQ(values.front(), "a");
+  EXPECT_EQ(values.back(), "c");
+  std::vector<std::string> copy = values;
+  EXPECT_EQ(copy, (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(std::vector<std::string>(values.begin() + 1, values.end()), (std::vector<std::string>{"b", "c"}));
+  rig_common::TLXHandler::TLXValues other = values;
+  other[1] = "x";
+  EXPECT_EQ(values[1], "b");
+  EXPECT_FALSE(other == values);
+  other.resize(1);
+  EXPECT_EQ(other, std::vector<std::string>{"a"});
+  other.clear();
+  EXPECT_TRUE(other.empty());
+  other.resize(2);
+  EXPECT_EQ(other, (std::vector<std::string>{"", ""}));
+}
+
+TEST(TlxChildren, DetachAnywhereKeepsTheListWhole) {
+  TLXNode root;
+  TLXNode* a = root.addChild("A", "1");
+  TLXNode* b = root.addChild("B", "2");
+  TLXNode* c = root.addChild("C", "3");
+  root.findFirstChild("B");
+  auto last = root.detachChild(c);
+  EXPECT_EQ(root.children.back(), b);
+  root.detachChild(a);
+  EXPECT_EQ(root.children.front(), b);
+  EXPECT_EQ(root.cursor, b);
+  root.adoptChild(std::move(last));
+  EXPECT_EQ(root.children.size(), 2u);
+  EXPECT_EQ(root.children[1], c);
+  EXPECT_EQ(root.findNextChild("C"), c);
+  root.detachChild(b);
+  EXPECT_EQ(root.children.front(), c);
+  EXPECT_EQ(root.children.back(), c);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/regex.hpp>
-
 #include <fstream>
 
 #include "common/text_helpers.hpp"
@@ -37,8 +36,8 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, 
   return readMappingFile(mapping, file, call.translation, call.component());
 }
 
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
-                     const log4cxx::LoggerPtr& translation, const log4cxx::LoggerPtr& component) {
+bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const log4cxx::LoggerPtr& translation,
+                     const log4cxx::LoggerPtr& component) {
   const std::string path = file.string();
   RIG_LOG(translation, component, RIG_LEVEL(Debug), "Reading mapping file: " << path);
   std::ifstream stream(path);
@@ -52,11 +51,13 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
   const boost::regex symbolLine("\\s*SYMBOL\\s+(\\S+)\\s+(\\S+)(.*)", flags);
   const boost::regex pinLine("\\s*PIN\\s+(\\S+)\\s+(\\S+)(.*)", flags);
   // Known keywords the reader has no use for.
-  const boost::regex ignored[] = {
-      boost::regex("\\s*COMMON\\s+(\\S+)\\s+(\\S+)", flags), boost::regex("\\s*PINSET\\s+(.+)", flags),
-      boost::regex("\\s*POWER\\s+(\\S+)\\s+(\\S+)", flags),  boost::regex("\\s*BLOCK\\s+(\\S+)\\s+(\\S+)", flags),
-      boost::regex("\\s*SUBSYMBOL", flags),                  boost::regex("\\s*SUBPIN\\s+(\\S+)\\s+(\\S+)", flags),
-      boost::regex("\\s*UNATTPHY\\s+(\\S+)", flags)};
+  const boost::regex ignored[] = {boost::regex("\\s*COMMON\\s+(\\S+)\\s+(\\S+)", flags),
+                                  boost::regex("\\s*PINSET\\s+(.+)", flags),
+                                  boost::regex("\\s*POWER\\s+(\\S+)\\s+(\\S+)", flags),
+                                  boost::regex("\\s*BLOCK\\s+(\\S+)\\s+(\\S+)", flags),
+                                  boost::regex("\\s*SUBSYMBOL", flags),
+                                  boost::regex("\\s*SUBPIN\\s+(\\S+)\\s+(\\S+)", flags),
+                                  boost::regex("\\s*UNATTPHY\\s+(\\S+)", flags)};
 
   bool symbolSeen = false;
   long lineNumber = 0;
@@ -83,8 +84,8 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
     if (boost::regex_match(line, match, pinLine)) {
       if (!symbolSeen) {
         RIG_LOG(translation, component, RIG_LEVEL(Warn),
-                "Reading mapping file:" << " orphaned pin entry found at line " << lineNumber
-                                        << " in file: " << path);
+                "Reading mapping file:"
+                    << " orphaned pin entry found at line " << lineNumber << " in file: " << path);
         continue;
       }
       TMappingPin pin;
@@ -94,12 +95,14 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
       const std::vector<std::string> rest = words(match.str(3));
       if (rest.empty()) {
         RIG_LOG(translation, component, RIG_LEVEL(Warn),
-                "Reading mapping file:" << " pin swap code has not been specified for a pin at line " << lineNumber
-                                        << " in file: " << path);
+                "Reading mapping file:"
+                    << " pin swap code has not been specified for a pin at line " << lineNumber
+                    << " in file: " << path);
       } else if (rest.size() > 1) {
         RIG_LOG(translation, component, RIG_LEVEL(Warn),
-                "Reading mapping file:" << " more than one pin swap code has been specified for a pin at line "
-                                        << lineNumber << " in file: " << path);
+                "Reading mapping file:"
+                    << " more than one pin swap code has been specified for a pin at line " << lineNumber
+                    << " in file: " << path);
       }
       pin.swapCode = wordAt(rest, 0);
       mapping.symbols.back().pins.push_back(std::move(pin));
@@ -113,8 +116,9 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
       }
     if (!known)
       RIG_LOG(translation, component, RIG_LEVEL(Warn),
-              "Reading mapping file:" << " unknown keyword found in entry: '" << line << "'"
-                                      << " at line " << lineNumber << " in file: " << path);
+              "Reading mapping file:"
+                  << " unknown keyword found in entry: '" << line << "'"
+                  << " at line " << lineNumber << " in file: " << path);
   }
   return true;
 }
