@@ -18,6 +18,9 @@ end
 local wdir = out .. "/wdir"
 host.set_wdir(wdir)
 host.set_library(examples)
+-- The source suite's installation: the tool simulators need none of it,
+-- but the tool environments are composed from it.
+host.set_service("get qlln installation path", out .. "/qlln")
 
 step("Working directory")
 show("working directory created", create_wdir(wdir))
@@ -36,6 +39,17 @@ set_lib_unit("MM")
 show("library unit", get_lib_unit())
 local geom_ok = obtain_vlt_geom_path(library, location_map, examples)
 show("geometry root", geom_ok and host.get_param("geom path") or "(none)")
+
+step("Catalogs")
+local catalogs = get_catalog_list(library, location_map, examples)
+show("catalogs found", get_1d_list_size(catalogs))
+show("catalog list saved", save_catalog_list(catalogs))
+remove_1d_list(catalogs)
+use_part_no_prop(false)
+show("catalogs saved to neutral format", save_catalogs(library, location_map, examples))
+show("catalogs verified", verify_catalogs(library, location_map, examples))
+show("report", wdir .. "/log/reports/verify_catalogs.txt")
+show("catalog symbol lists updated", update_catalog_symbol_lists(library, location_map, examples))
 
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())
