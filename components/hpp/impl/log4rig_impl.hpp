@@ -11,14 +11,14 @@
 
 // Writes one message on one logger. The text is built only when the logger
 // exists and the level is enabled on it.
-#define RIG_LOG_ONE(logger, level, message)                                              \
-  do {                                                                                   \
-    const ::log4cxx::LoggerPtr& rigLogger_ = (logger);                                   \
-    const ::log4cxx::LevelPtr& rigLevel_ = (level);                                      \
-    if (rigLogger_ != nullptr && rigLogger_->isEnabledFor(rigLevel_)) {                  \
-      ::log4cxx::helpers::MessageBuffer rigBuffer_;                                      \
+#define RIG_LOG_ONE(logger, level, message)                                                      \
+  do {                                                                                           \
+    const ::log4cxx::LoggerPtr& rigLogger_ = (logger);                                           \
+    const ::log4cxx::LevelPtr& rigLevel_ = (level);                                              \
+    if (rigLogger_ != nullptr && rigLogger_->isEnabledFor(rigLevel_)) {                          \
+      ::log4cxx::helpers::MessageBuffer rigBuffer_;                                              \
       rigLogger_->forcedLog(rigLevel_, rigBuffer_.str(rigBuffer_ << message), LOG4CXX_LOCATION); \
-    }                                                                                    \
+    }                                                                                            \
   } while (0)
 
 // The log statement of the component: the translation logger first, then
@@ -32,8 +32,7 @@
 #define RIG_LEVEL(name) ::log4cxx::Level::get##name()
 
 // Shorthands on a script call context (see misc.hpp): VLT_LOG(ctx, Debug, "x" << y).
-#define VLT_LOG(ctx, levelName, message) \
-  RIG_LOG((ctx).translation, (ctx).component(), RIG_LEVEL(levelName), message)
+#define VLT_LOG(ctx, levelName, message) RIG_LOG((ctx).translation, (ctx).component(), RIG_LEVEL(levelName), message)
 // The per-component logger alone (short progress messages).
 #define VLT_LOG_PRIVATE(ctx, levelName, message) RIG_LOG_ONE((ctx).component(), RIG_LEVEL(levelName), message)
 // One given logger alone.
@@ -54,8 +53,7 @@ class ILogger {
 // ILogger on the two sinks of a script call.
 class Log4Cxx : public ILogger {
  public:
-  Log4Cxx(log4cxx::LoggerPtr first, log4cxx::LoggerPtr second)
-      : mFirst(std::move(first)), mSecond(std::move(second)) {}
+  Log4Cxx(log4cxx::LoggerPtr first, log4cxx::LoggerPtr second) : mFirst(std::move(first)), mSecond(std::move(second)) {}
 
   void operator()(int level, const std::string& message) override {
     log4cxx::LevelPtr lvl = toLevel(level);
@@ -66,12 +64,18 @@ class Log4Cxx : public ILogger {
 
   static log4cxx::LevelPtr toLevel(int level) {
     switch (level) {
-      case kDebug: return log4cxx::Level::getDebug();
-      case kInfo: return log4cxx::Level::getInfo();
-      case kWarn: return log4cxx::Level::getWarn();
-      case kError: return log4cxx::Level::getError();
-      case kFatal: return log4cxx::Level::getFatal();
-      default: return log4cxx::LevelPtr();
+      case kDebug:
+        return log4cxx::Level::getDebug();
+      case kInfo:
+        return log4cxx::Level::getInfo();
+      case kWarn:
+        return log4cxx::Level::getWarn();
+      case kError:
+        return log4cxx::Level::getError();
+      case kFatal:
+        return log4cxx::Level::getFatal();
+      default:
+        return log4cxx::LevelPtr();
     }
   }
 
@@ -90,8 +94,8 @@ namespace NComponent {
 template <class TServices, class TComponent, class TResource>
 class CAutoDestroy {
  public:
-  CAutoDestroy(TServices& services, const std::string& openName, TComponent component,
-               const std::string& closeName, TComponent component2)
+  CAutoDestroy(TServices& services, const std::string& openName, TComponent component, const std::string& closeName,
+               TComponent component2)
       : mServices(&services), mCloseName(closeName), mComponent(component2) {
     services.requestService(openName, component, &mResource);
   }
