@@ -81,7 +81,14 @@ class CElementIterator {
     return before;
   }
 
-  bool operator==(const CElementIterator& other) const { return position() == other.position(); }
+  // Against the end, a position at or past the current length counts as
+  // the end, so that a walk whose list shrank under it still stops.
+  bool operator==(const CElementIterator& other) const {
+    if (mAtEnd && other.mAtEnd) return true;
+    if (mAtEnd) return other.mIndex >= position();
+    if (other.mAtEnd) return mIndex >= other.position();
+    return mIndex == other.mIndex;
+  }
   bool operator!=(const CElementIterator& other) const { return !(*this == other); }
 
   int index() const { return position(); }
