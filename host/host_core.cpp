@@ -42,8 +42,6 @@ namespace {
 CHostCore* gCurrent = nullptr;
 }  // namespace
 
-
-
 namespace {
 
 log4cxx::LoggerPtr makeSink(CHostCore* core, const std::string& sink, bool attach) {
@@ -117,17 +115,17 @@ bool CHostCore::serve(const std::string& service, const std::string* component, 
     *static_cast<log4cxx::LoggerPtr*>(out) = mTranslation;
     return true;
   }
+  // Opening is counted: a helper that opens the logger again inside a
+  // script function must not close it under the function's feet.
   if (service == "create component logger") {
     ++mOpened;
-    if (!mComponentOpen) mComponent->addAppender(std::make_shared<CSinkAppender>(this, "component"));
-    mComponentOpen = true;
+    if (mComponentDepth++ == 0) mComponent->addAppender(std::make_shared<CSinkAppender>(this, "component"));
     *static_cast<log4cxx::LoggerPtr*>(out) = mComponent;
     return true;
   }
   if (service == "close component logger") {
     ++mClosed;
-    mComponent->removeAllAppenders();
-    mComponentOpen = false;
+    if (mComponentDepth > 0 && --mComponentDepth == 0) mComponent->removeAllAppenders();
     return true;
   }
   if (service == "get platform") {

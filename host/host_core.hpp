@@ -54,7 +54,7 @@ class CHostCore {
   void clearRecords() { mRecords.clear(); }
   int opened() const { return mOpened; }
   int closed() const { return mClosed; }
-  bool componentLoggerOpen() const { return mComponentOpen; }
+  bool componentLoggerOpen() const { return mComponentDepth > 0; }
 
   // Called by the appender.
   void record(const std::string& sink, const std::string& level, const std::string& message);
@@ -71,7 +71,7 @@ class CHostCore {
   std::string mComponentDirectory;
   int mPlatform = 1;
   log4cxx::LoggerPtr mInit, mTranslation, mComponent;
-  bool mComponentOpen = false;
+  int mComponentDepth = 0;
   int mOpened = 0, mClosed = 0;
   std::vector<TLogRecord> mRecords;
   std::ostream* mEcho = nullptr;

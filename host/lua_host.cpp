@@ -1,7 +1,6 @@
 #include "host/lua_host.hpp"
 
 #include <lua.hpp>
-
 #include <set>
 
 namespace vlthost {
@@ -15,9 +14,7 @@ struct TState {
   std::set<std::string> binding;  // names being bound: the binder looks them up itself
 };
 
-TState& state(lua_State* L) {
-  return *static_cast<TState*>(lua_touserdata(L, lua_upvalueindex(1)));
-}
+TState& state(lua_State* L) { return *static_cast<TState*>(lua_touserdata(L, lua_upvalueindex(1))); }
 
 std::string checkString(lua_State* L, int index) {
   size_t length = 0;
@@ -148,15 +145,21 @@ int globalIndex(lua_State* L) {
 }
 
 void setHostTable(lua_State* L, TState* s) {
-  static const luaL_Reg functions[] = {
-      {"set_wdir", hostSetWdir},         {"set_library", hostSetLibrary},
-      {"set_service", hostSetService},   {"fail_service", hostFailService},
-      {"get_param", hostGetParam},       {"set_param", hostSetParam},
-      {"bind", hostBind},                {"release", hostRelease},
-      {"init", hostInit},                {"set_log_level", hostSetLevel},
-      {"set_component_log_level", hostSetComponentLevel},
-      {"messages", hostMessages},        {"clear_messages", hostClearMessages},
-      {"logger_counts", hostLoggerCounts}, {nullptr, nullptr}};
+  static const luaL_Reg functions[] = {{"set_wdir", hostSetWdir},
+                                       {"set_library", hostSetLibrary},
+                                       {"set_service", hostSetService},
+                                       {"fail_service", hostFailService},
+                                       {"get_param", hostGetParam},
+                                       {"set_param", hostSetParam},
+                                       {"bind", hostBind},
+                                       {"release", hostRelease},
+                                       {"init", hostInit},
+                                       {"set_log_level", hostSetLevel},
+                                       {"set_component_log_level", hostSetComponentLevel},
+                                       {"messages", hostMessages},
+                                       {"clear_messages", hostClearMessages},
+                                       {"logger_counts", hostLoggerCounts},
+                                       {nullptr, nullptr}};
   lua_newtable(L);
   lua_pushlightuserdata(L, s);
   luaL_setfuncs(L, functions, 1);
@@ -173,8 +176,8 @@ void setHostTable(lua_State* L, TState* s) {
 
 }  // namespace
 
-int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script,
-              const std::vector<std::string>& args, std::string& error) {
+int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script, const std::vector<std::string>& args,
+              std::string& error) {
   TState s{&core, &entry, {}};
   lua_State* L = luaL_newstate();
   luaL_openlibs(L);

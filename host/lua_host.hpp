@@ -16,7 +16,7 @@ struct TComponentEntry {
 
 // Runs `script` with `args`; returns 0 when it ran to its end, 1 on a Lua
 // error (written to `error`).
-int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script,
-              const std::vector<std::string>& args, std::string& error);
+int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script, const std::vector<std::string>& args,
+              std::string& error);
 
 }  // namespace vlthost

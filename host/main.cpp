@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <boost/filesystem.hpp>
-
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -58,15 +57,14 @@ int main(int argc, char** argv) {
   core.setService("get rig install bin", (self / "tools").string());
   std::string logFile, level = "INFO", componentLevel;
 
-  const std::map<std::string, std::string> serviceOptions = {
-      {"--wdir", "get wdir"},
-      {"--library", "get library location"},
-      {"--rig-bin", "get rig install bin"},
-      {"--qlln-path", "get qlln installation path"},
-      {"--qrn-home-name", "get qlln QRN_HOME dir name"},
-      {"--config-name", "get config"},
-      {"--log-name", "get log"},
-      {"--neutral-name", "get neutral"}};
+  const std::map<std::string, std::string> serviceOptions = {{"--wdir", "get wdir"},
+                                                             {"--library", "get library location"},
+                                                             {"--rig-bin", "get rig install bin"},
+                                                             {"--qlln-path", "get qlln installation path"},
+                                                             {"--qrn-home-name", "get qlln QRN_HOME dir name"},
+                                                             {"--config-name", "get config"},
+                                                             {"--log-name", "get log"},
+                                                             {"--neutral-name", "get neutral"}};
 
   int i = 1;
   for (; i < argc; ++i) {

@@ -1,26 +1,37 @@
--- The default workflow: migrates a VLT library into a Central Library.
+-- The default workflow: migrates the sample VLT library into a Central Library.
 -- Usage: vlt2hrw-host workflow/migrate.lua EXAMPLES_DIR OUT_DIR
 local examples = assert(arg[1], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
 local out = assert(arg[2], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
+local library = arg[3] or "CORP_LIB"
 
 local function step(title) print("== " .. title) end
+local function show(what, value) print(string.format("  %-34s %s", what, tostring(value))) end
 
-step("Component started; binding the script functions")
-local known, unbuilt = 0, {}
-for _, name in ipairs({"create_wdir", "new_1d_list", "get_1d_list_size"}) do
-  if host.bind(name) then known = known + 1 else unbuilt[#unbuilt + 1] = name end
+-- Prints the items of a 1D list and frees it.
+local function print_list(title, rid)
+  if rid == "" then show(title, "(none)") return end
+  show(title, get_1d_list_size(rid) .. " item(s)")
+  for i = 0, get_1d_list_size(rid) - 1 do print("    " .. get_1d_list_item(rid, i)) end
+  remove_1d_list(rid)
 end
-print(string.format("bound %d function(s)%s", known,
-  #unbuilt > 0 and (", not yet built: " .. table.concat(unbuilt, ", ")) or ""))
 
 local wdir = out .. "/wdir"
 host.set_wdir(wdir)
 host.set_library(examples)
 
-step("Lists")
-local rid = new_1d_list()
-add_item_to_1d_list(rid, "sample")
-print("a list of " .. get_1d_list_size(rid) .. " item(s): " .. get_1d_list_item(rid, 0))
-remove_1d_list(rid)
+step("Source library")
+local make_location_map = dofile(examples .. "/make_location_map.lua")
+local location_map = make_location_map(examples, out)
+show("location map", location_map)
+show("location map checked", check_qrn_location_map(location_map))
+show("library definition checked", check_vlt_library_definition_file(examples))
+print_list("libraries", get_vlt_library_list(examples))
+show("library " .. library .. " checked", check_vlt_library(library, location_map, examples))
 
-print("done")
+step("Geometries")
+set_lib_unit("MM")
+show("library unit", get_lib_unit())
+local geom_ok = obtain_vlt_geom_path(library, location_map, examples)
+show("geometry root", geom_ok and host.get_param("geom path") or "(none)")
+
+print("done; the log is in " .. out .. "/host.log")

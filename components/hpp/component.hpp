@@ -37,7 +37,7 @@ extern boost::shared_ptr<CComponent> gComponent;
 extern const char* const kComponentName;  // "vlt2hrw_main"
 
 extern "C" __attribute__((visibility("default"))) bool InitComponent(TRegisterParams* params,
-                                                                       const TPlatformServices* services);
+                                                                     const TPlatformServices* services);
 
 bool bindScriptFunction(lua_State* state, const char* name);
 bool releaseComponent();

@@ -2,7 +2,6 @@
 // The list registry: string lists that the script holds by RID.
 
 #include <boost/shared_ptr.hpp>
-
 #include <map>
 #include <string>
 #include <vector>

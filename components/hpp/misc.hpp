@@ -2,9 +2,9 @@
 // Host service accessors, the prologue checks of the script functions and
 // the context a script function carries through its work.
 
-#include <boost/filesystem/path.hpp>
 #include <log4cxx/logger.h>
 
+#include <boost/filesystem/path.hpp>
 #include <optional>
 #include <string>
 
@@ -46,9 +46,7 @@ class CScriptCall {
 
   bool ok() const { return mOk; }
   TPlatformServices& services() const { return *gComponent; }
-  log4cxx::LoggerPtr component() const {
-    return mPrivate ? mPrivate->get() : log4cxx::LoggerPtr();
-  }
+  log4cxx::LoggerPtr component() const { return mPrivate ? mPrivate->get() : log4cxx::LoggerPtr(); }
   // An ILogger over both sinks, for handlers that take one.
   rig_common::log4rig::Log4Cxx logger() const { return {translation, component()}; }
 

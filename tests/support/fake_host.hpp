@@ -3,7 +3,6 @@
 // the component is started with, and helpers to look at what it logged.
 
 #include <boost/filesystem.hpp>
-
 #include <string>
 #include <vector>
 

@@ -35,9 +35,9 @@ TEST_F(FrameTest, MissingConfigurationFails) {
   EXPECT_FALSE(gComponent);
   EXPECT_EQ(host.params.bindScriptFunction, nullptr);
   EXPECT_TRUE(host.parameters().empty());
-  EXPECT_TRUE(host.logged("init", "FATAL",
-                          "Configuration file does not exist: component: vlt2hrw_main, path: '" + tmp.str() +
-                              "/config_vlt2hrw_main.xml'"));
+  EXPECT_TRUE(host.logged(
+      "init", "FATAL",
+      "Configuration file does not exist: component: vlt2hrw_main, path: '" + tmp.str() + "/config_vlt2hrw_main.xml'"));
 }
 
 TEST_F(FrameTest, MalformedConfigurationFailsWithParserReport) {
@@ -140,8 +140,8 @@ TEST(LoggerFacade, LevelsMapAndUnknownLevelsAreDropped) {
   s.requestService("get component initialization logger", nullptr, &init);
   rig_common::log4rig::Log4Cxx facade(init, log4cxx::LoggerPtr());
   for (int level = 0; level <= 8; ++level) facade(level, "m" + std::to_string(level));
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{"init DEBUG m2", "init INFO m3", "init WARN m4",
-                                                    "init ERROR m5", "init FATAL m6"}));
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"init DEBUG m2", "init INFO m3", "init WARN m4", "init ERROR m5",
+                                                    "init FATAL m6"}));
 }
 
 // A message below the threshold is never formatted.

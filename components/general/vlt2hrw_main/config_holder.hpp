@@ -1,8 +1,9 @@
 #pragma once
 // The component configuration file: required to exist and to be XML.
 
-#include <boost/filesystem/path.hpp>
 #include <log4cxx/logger.h>
+
+#include <boost/filesystem/path.hpp>
 
 #include "platform/markup_core.hpp"
 

@@ -35,16 +35,13 @@ log4cxx::LoggerPtr getTranslationLogger(TPlatformServices& services) {
 
 log4cxx::LoggerPtr getInitializationLogger(TPlatformServices& services) {
   log4cxx::LoggerPtr logger;
-  if (!services.requestService("get component initialization logger", nullptr, &logger))
-    return log4cxx::LoggerPtr();
+  if (!services.requestService("get component initialization logger", nullptr, &logger)) return log4cxx::LoggerPtr();
   return logger;
 }
 
 std::string getWorkingDirectory(TPlatformServices& services) { return stringService(services, "get wdir"); }
 
-std::string getLibraryLocation(TPlatformServices& services) {
-  return stringService(services, "get library location");
-}
+std::string getLibraryLocation(TPlatformServices& services) { return stringService(services, "get library location"); }
 
 std::string getConfigName(TPlatformServices& services) { return stringService(services, "get config"); }
 
@@ -96,8 +93,7 @@ bool checkLibLoc(TPlatformServices& services, log4cxx::LoggerPtr logger) {
 }
 
 CPrivateLogger::CPrivateLogger(TPlatformServices& services)
-    : CAutoDestroy(services, "create component logger", &componentName(), "close component logger",
-                   &componentName()) {}
+    : CAutoDestroy(services, "create component logger", &componentName(), "close component logger", &componentName()) {}
 
 CScriptCall::CScriptCall(TChecks checks) {
   translation = getTranslationLogger(*gComponent);

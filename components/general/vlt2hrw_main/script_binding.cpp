@@ -7,9 +7,8 @@
 
 #include "script_binding.hpp"
 
-#include <lua.hpp>
-
 #include <cstring>
+#include <lua.hpp>
 #include <string>
 
 namespace NComponent {

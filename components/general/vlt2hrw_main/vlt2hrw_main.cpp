@@ -23,9 +23,10 @@ void bindAs(lua_State* state, const char* name, TGenericHandler handler) {
 // get_symbol_path_levels: the three int& are pure out values.
 void bindPathLevels(lua_State* state, const char* name, TGenericHandler handler) {
   using TSignature = bool(int&, int&, int&);
-  luabind::module(state)[luabind::def(name, reinterpret_cast<TSignature*>(handler),
-                                      luabind::pure_out_value(boost::arg<1>()) + luabind::pure_out_value(boost::arg<2>()) +
-                                          luabind::pure_out_value(boost::arg<3>()))];
+  luabind::module(
+      state)[luabind::def(name, reinterpret_cast<TSignature*>(handler),
+                          luabind::pure_out_value(boost::arg<1>()) + luabind::pure_out_value(boost::arg<2>()) +
+                              luabind::pure_out_value(boost::arg<3>()))];
 }
 
 using S = const std::string&;
@@ -134,8 +135,7 @@ extern "C" bool InitComponent(TRegisterParams* params, const TPlatformServices* 
   VLT_LOG1(logger, Debug, "Component is starting: " << componentName());
   {
     CConfig config(logger);
-    if (!config.parse(boost::filesystem::path(services->componentDirectory) / "config_vlt2hrw_main.xml"))
-      return false;
+    if (!config.parse(boost::filesystem::path(services->componentDirectory) / "config_vlt2hrw_main.xml")) return false;
     gComponent = boost::shared_ptr<CComponent>(new CComponent(*services));
     params->bindScriptFunction = &bindScriptFunction;
     params->releaseComponent = &releaseComponent;

@@ -1,0 +1,91 @@
+// The location map reader.
+
+#include "impl/qlln_general_impl.hpp"
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/regex.hpp>
+#include <fstream>
+
+#include "common/text_helpers.hpp"
+#include "misc.hpp"
+
+namespace fs = boost::filesystem;
+
+namespace QllnGeneral {
+
+namespace {
+
+// The whole file as lines; false when it cannot be opened or read.
+bool readLines(const fs::path& file, std::list<std::string>& lines) {
+  boost::system::error_code error;
+  if (fs::is_directory(file, error)) return false;
+  std::ifstream in(file.string().c_str());
+  if (!in.is_open()) return false;
+  std::string line;
+  while (std::getline(in, line)) lines.push_back(line);
+  return !in.bad();
+}
+
+}  // namespace
+
+bool readLocationMap(TLocationMap& map, const fs::path& file, bool verbose) {
+  NComponent::CScriptCall call;
+  if (!call.ok()) return false;
+  return readLocationMap(call, map, file, verbose);
+}
+
+bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, const fs::path& file, bool verbose) {
+  if (!NComponent::checkWdir(call.services(), call.translation)) return false;
+  if (verbose) VLT_LOG(call, Info, "Reading location map file: " << file.string());
+
+  std::list<std::string> lines;
+  if (!readLines(file, lines)) {
+    VLT_LOG(call, Error, "Location map file: cannot read the file: " << file.string());
+    return false;
+  }
+
+  const boost::regex header("QRN_LOCATION_MAP_\\d+(?:\\s+force)?.*");
+  const boost::regex prefix("(\\$\\S+).*");
+
+  TLocationMap found;
+  TLocationMap::value_type current;
+  auto finishPrefix = [&]() {
+    if (current.first.empty()) return;
+    if (current.second.empty() && verbose)
+      VLT_LOG(
+          call, Info,
+          "Location map file: no hard pathnames have been assigned to  the following soft prefix: " << current.first);
+    found.push_back(current);
+  };
+
+  for (const std::string& raw : lines) {
+    const std::string line = rig_common::trim(raw);
+    if (line.empty() || line[0] == '#') continue;
+    if (boost::regex_match(line, header)) continue;
+    boost::smatch match;
+    if (boost::regex_match(line, match, prefix)) {
+      finishPrefix();
+      current = TLocationMap::value_type(match[1].str(), {});
+      continue;
+    }
+    if (current.first.empty()) {
+      if (verbose) VLT_LOG(call, Warn, "Location map file: orphaned hard pathname: " << line);
+      continue;
+    }
+    if (!fs::exists(fs::path(line)) && verbose)
+      VLT_LOG(call, Warn,
+              "Location map file: for the soft prefix: "
+                  << current.first << " the following hard pathname does not exist in the filesystem: " << line);
+    current.second.push_back(line);
+    if (verbose && current.second.size() > 1)
+      VLT_LOG(
+          call, Info,
+          "Location map file: more than one hard pathname assigned to  the following soft prefix: " << current.first);
+  }
+  finishPrefix();
+
+  map.splice(map.end(), found);
+  return true;
+}
+
+}  // namespace QllnGeneral

@@ -1,0 +1,123 @@
+// Library unit, geometry path and the geometry container list.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/geometry_helpers.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+using namespace vlttest;
+namespace fs = boost::filesystem;
+
+namespace {
+
+struct GeometryTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+
+  void SetUp() override {
+    ASSERT_TRUE(host.start());
+    host.setWdir(tmp.str());
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+};
+
+TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
+  EXPECT_EQ(NComponent::GetLibraryUnit(), "");
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{
+                              "component DEBUG Getting library unit", "translation WARN Library unit was not set.",
+                              "component WARN Library unit was not set.",
+                              "translation DEBUG Unit was set to: ", "component DEBUG Unit was set to: "}));
+  host.clearRecords();
+  NComponent::SetLibraryUnit(" mm ");
+  EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
+  EXPECT_EQ(host.lines("component"),
+            (std::vector<std::string>{"DEBUG Setting library unit", "DEBUG Unit was set to:  mm "}));
+  EXPECT_EQ(NComponent::GetLibraryUnit(), " mm ");
+  EXPECT_TRUE(host.texts("translation", "WARN").empty());
+
+  host.clearService("get wdir");
+  EXPECT_EQ(NComponent::GetLibraryUnit(), "");
+  NComponent::SetLibraryUnit("inch");
+  EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
+}
+
+TEST_F(GeometryTest, GeometryPathIsSetOrCleared) {
+  const fs::path lib = tmp.path() / "lib";
+  fs::create_directories(lib / "cells" / "smd");
+  writeFile(tmp.path() / "map", "$L\n" + lib.string() + "\n");
+  writeFile(lib / "vlt_library_definition.library_definition",
+            "released \"WITH\" {\n  G $L/cells -qrn_geom }\nreleased \"WITHOUT\" {\n  C $L/cells -qrn_component }\n");
+  host.setLibrary(lib.string());
+
+  EXPECT_TRUE(NComponent::obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_EQ(host.parameters()["geom path"], lib.string() + "/cells");
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{
+                "DEBUG Obtaining VLT library geometry path",
+                "INFO Obtaining geoms data: " + lib.string() + "/vlt_library_definition.library_definition",
+                "DEBUG Obtaining VLT library geometry path: path has been set to: " + lib.string() + "/cells"}));
+
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::obtainVltGeomPath("WITHOUT", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_EQ(host.parameters()["geom path"], "");
+  EXPECT_TRUE(host.logged("component", "ERROR", "Obtaining VLT library geometry path: path does not exist at: "));
+
+  host.parameters()["geom path"] = "stale";
+  host.clearService("get library location");
+  EXPECT_FALSE(NComponent::obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_EQ(host.parameters()["geom path"], "stale");
+}
+
+TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirst) {
+  const fs::path root = tmp.path() / "geoms";
+  for (const char* dir : {"smd/ic/fine", "tht/dip", "mechanical"}) fs::create_directories(root / dir);
+  writeFile(root / "smd/ic/so8.cell", "CELL so8\n");
+  writeFile(root / "top.cell", "CELL top\n");
+
+  std::list<std::string> containers{"kept"};
+  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, root));
+  ASSERT_EQ(containers.size(), 7u);
+  EXPECT_EQ(containers.front(), "kept");
+  containers.pop_front();
+  // Siblings come in directory order; every directory stands before what
+  // lies in it.
+  auto position = [&](const std::string& name) {
+    auto found = std::find(containers.begin(), containers.end(), name);
+    EXPECT_NE(found, containers.end()) << name;
+    return std::distance(containers.begin(), found);
+  };
+  EXPECT_LT(position("smd"), position("smd/ic"));
+  EXPECT_LT(position("smd/ic"), position("smd/ic/fine"));
+  EXPECT_LT(position("tht"), position("tht/dip"));
+  position("mechanical");
+  EXPECT_EQ(host.lines("translation"), (std::vector<std::string>{"DEBUG Building list of geometry containers"}));
+}
+
+TEST_F(GeometryTest, ContainerListOfAnEmptyOrMissingRoot) {
+  std::list<std::string> containers;
+  EXPECT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, tmp.path()));
+  EXPECT_TRUE(containers.empty());
+  EXPECT_FALSE(NVlt2HrwHelpers::buildGeometryContainerList(containers, tmp.path() / "none"));
+  EXPECT_TRUE(host.logged("translation", "ERROR", "Geometry base directory does not exist: " + tmp.str() + "/none"));
+}
+
+TEST_F(GeometryTest, QuotedRootCutsTheQuotedText) {
+  // A root that needs quotes shifts the cut by the quote: the entry keeps
+  // the closing quote of the quoted directory.
+  const fs::path root = tmp.path() / "geo ms";
+  fs::create_directories(root / "sub");
+  std::list<std::string> containers;
+  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, root));
+  EXPECT_EQ(containers, (std::list<std::string>{"ub\""}));
+  // Below a plain root, a directory that needs quotes keeps the opening
+  // quote's place: the cut leaves its leading slash and its closing quote.
+  const fs::path plain = tmp.path() / "plain";
+  fs::create_directories(plain / "fine pitch");
+  containers.clear();
+  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, plain));
+  EXPECT_EQ(containers, (std::list<std::string>{"/fine pitch\""}));
+}
+
+}  // namespace

@@ -1,0 +1,56 @@
+// The three library checks: the cases the end-to-end test of the sample
+// library does not reach.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+using namespace vlttest;
+namespace fs = boost::filesystem;
+
+namespace {
+
+struct ChecksTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path lib, map, definition;
+
+  void SetUp() override {
+    ASSERT_TRUE(host.start());
+    lib = tmp.path() / "lib";
+    fs::create_directories(lib / "comps");
+    fs::create_directories(lib / "cells");
+    host.setWdir(tmp.str());
+    host.setLibrary(lib.string());
+    map = tmp.path() / "location_map";
+    writeFile(map, "QRN_LOCATION_MAP_1 force\n$LIB\n" + lib.string() + "\n/gone\n$EMPTY\n");
+    definition = lib / "vlt_library_definition.library_definition";
+    writeFile(definition, "released \"L\" {\n  C $LIB/comps -qrn_component\n  G $LIB/cells -qrn_geom\n");
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+};
+
+TEST_F(ChecksTest, EmptyAndUnreadableLocationMaps) {
+  writeFile(map, "");
+  EXPECT_TRUE(NComponent::checkQrnLocationMap(map.string()));
+  EXPECT_EQ(host.lines("translation"), (std::vector<std::string>{"INFO Reading location map file: " + map.string(),
+                                                                 "INFO Location map file paths:"}));
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::checkQrnLocationMap(tmp.str() + "/none"));
+  EXPECT_EQ(host.texts("component", "ERROR"),
+            (std::vector<std::string>{"Location map file: cannot read the file: " + tmp.str() + "/none",
+                                      "Errors found while reading location map file: " + tmp.str() + "/none"}));
+}
+
+TEST_F(ChecksTest, AllNeedTheWorkingDirectory) {
+  host.clearService("get wdir");
+  EXPECT_FALSE(NComponent::checkQrnLocationMap(map.string()));
+  EXPECT_FALSE(NComponent::checkVLTLibraryDefinitionFile(lib.string()));
+  EXPECT_FALSE(NComponent::checkVLTLibrary("L", map.string(), lib.string()));
+  EXPECT_EQ(host.texts("translation", "ERROR"), std::vector<std::string>(3, "Working directory has not been set."));
+  EXPECT_TRUE(host.lines("component").empty());
+}
+
+}  // namespace

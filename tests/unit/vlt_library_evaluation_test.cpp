@@ -1,0 +1,233 @@
+// Library evaluation: soft path resolution, common paths, the evaluation of
+// one library, the directory getters and get_vlt_library_list.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/list_registry.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "components/hpp/vlt_library_cfg.hpp"
+#include "support/fake_host.hpp"
+
+using namespace vlttest;
+using NVlt2HrwHelpers::commonPath;
+using NVlt2HrwHelpers::resolveSoftPath;
+namespace fs = boost::filesystem;
+
+namespace {
+
+TEST(ResolveSoftPath, FirstHardPathOfTheFirstFilledPrefixWins) {
+  QllnGeneral::TLocationMap map{{"$L", {}}, {"$L", {"/first", "/second"}}, {"$L", {"/third"}}, {"$M", {"/m"}}};
+  EXPECT_EQ(resolveSoftPath(map, "$L/comps/x"), "/first/comps/x");
+  EXPECT_EQ(resolveSoftPath(map, "$M"), "/m");
+  EXPECT_EQ(resolveSoftPath(map, "$M\\win\\path"), "/m/win/path");
+  EXPECT_EQ(resolveSoftPath(map, "$l/comps"), "");      // case counts
+  EXPECT_EQ(resolveSoftPath(map, "$LX/comps"), "");     // whole head only
+  EXPECT_EQ(resolveSoftPath(map, "/abs/$L/path"), "");  // no prefix in front
+  EXPECT_EQ(resolveSoftPath({{"$E", {}}}, "$E/x"), "");
+  // Quoting comes first, so a quoted head is no prefix.
+  EXPECT_EQ(resolveSoftPath(map, "$M/a b"), "");
+}
+
+TEST(CommonPath, SingleAndEmptySets) {
+  EXPECT_EQ(commonPath({}), "");
+  EXPECT_EQ(commonPath({"C:\\lib\\comps"}), "C:/lib/comps");
+  EXPECT_EQ(commonPath({"/a b/c"}), "\"/a b/c\"");
+  EXPECT_EQ(commonPath({"relative"}), "relative");
+}
+
+TEST(CommonPath, CountRules) {
+  EXPECT_EQ(commonPath({"a/b/c", "a/b/d", "a/x"}), "a");
+  EXPECT_EQ(commonPath({"/x/comps/analog", "/x/comps/digital", "/x/comps/power"}), "/x/comps");
+  EXPECT_EQ(commonPath({"/x/lib", "/x/lib/comps"}), "/x/lib");
+  EXPECT_EQ(commonPath({"a/b", "c/d"}), "");
+  EXPECT_EQ(commonPath({"/a", "/b"}), "");  // only the empty first token is shared
+  EXPECT_EQ(commonPath({"", "/x"}), "");
+  // In byte order "a/b/e" comes before "a/c": the count is 2, then 1.
+  EXPECT_EQ(commonPath({"a/b", "a/c", "a/b/e"}), "a");
+}
+
+TEST(CommonPath, LaterFullAgreementOverwritesASmallerCount) {
+  // "A/b" comes first by byte order; "a/a" lowers the count to 1, and
+  // "a/b/e", equal to "A/b" over two tokens, raises it to 2 again.
+  EXPECT_EQ(commonPath({"A/b", "a/a", "a/b/e"}), "A/b");
+}
+
+TEST(CommonPath, CaseOnlyDifferencesAndQuotes) {
+  EXPECT_EQ(commonPath({"/lib/comps/x", "/Lib/Comps"}), "/Lib/Comps");
+  EXPECT_EQ(commonPath({"/LIB/A", "/lib/b"}), "/LIB");
+  // Quoted paths split with the quote on their first and last token.
+  EXPECT_EQ(commonPath({"/p q/a", "/p q/b"}), "\"/p q");
+}
+
+// A small library on disk: lib/{components/{analog,digital},geoms,catalogs}.
+struct EvaluationTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path lib, map, definition;
+
+  void SetUp() override {
+    ASSERT_TRUE(host.start());
+    lib = tmp.path() / "lib";
+    for (const char* dir : {"components/analog", "components/digital", "geoms/smd", "catalogs"})
+      fs::create_directories(lib / dir);
+    host.setWdir(tmp.str());
+    host.setLibrary(lib.string());
+    map = tmp.path() / "location_map";
+    writeFile(map, "QRN_LOCATION_MAP_1\n$LIB\n" + lib.string() + "\n$OUT\n" + tmp.str() + "\n$NONE\n");
+    definition = lib / "vlt_library_definition.library_definition";
+    writeFile(definition,
+              "released \"MAIN\" {\n"
+              "  D $LIB/components/digital -qrn_component\n"
+              "  A $LIB/components/analog -qrn_component -qrn_catalog\n"
+              "  A2 $LIB/components/analog -qrn_component\n"
+              "  G $LIB/geoms -qrn_geom\n"
+              "  C $LIB/catalogs -qrn_catalog\n"
+              "}\n"
+              "development \"BROKEN\" {\n"
+              "  D $LIB/components/digital -qrn_component\n"
+              "  X $MISSING/comps -qrn_component\n"
+              "  N $NONE/cells -qrn_geom\n"
+              "  F $LIB/catalogs/file -qrn_catalog\n"
+              "  O $OUT -qrn_catalog\n"
+              "}\n"
+              "released \"MAIN\" {\n"
+              "  IGNORED $LIB -qrn_geom }\n");
+    writeFile(lib / "catalogs/file", "not a directory");
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+
+  bool evaluate(NVlt2HrwHelpers::TVLTLibrary& library, const std::string& name, bool verbose) {
+    return NVlt2HrwHelpers::evaluateVLTLibrary(library, map, definition, name, verbose);
+  }
+};
+
+TEST_F(EvaluationTest, VerboseEvaluationOfAGoodLibrary) {
+  NVlt2HrwHelpers::TVLTLibrary library;
+  ASSERT_TRUE(evaluate(library, "MAIN", true));
+  EXPECT_EQ(library.componentPaths, (std::set<std::string>{"$LIB/components/analog", "$LIB/components/digital"}));
+  EXPECT_EQ(library.geomPaths, (std::set<std::string>{"$LIB/geoms"}));
+  EXPECT_EQ(library.catalogPaths, (std::set<std::string>{"$LIB/catalogs", "$LIB/components/analog"}));
+  EXPECT_EQ(library.commonComponentPath, lib.string() + "/components");
+  EXPECT_EQ(library.commonGeomPath, lib.string() + "/geoms");
+  EXPECT_EQ(library.commonCatalogPath, lib.string());
+  const std::vector<std::string> expected{
+      "INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
+      "DEBUG Dumping evaluated content of library definition file: " + definition.string(),
+      "DEBUG   Component hard path list:",
+      "DEBUG     $LIB/components/analog",
+      "DEBUG     $LIB/components/digital",
+      "DEBUG   Geom hard path list:",
+      "DEBUG     $LIB/geoms",
+      "DEBUG   Catalog hard path list:",
+      "DEBUG     $LIB/catalogs",
+      "DEBUG     $LIB/components/analog",
+      "DEBUG   Component common path: " + lib.string() + "/components",
+      "DEBUG   Geom common path: " + lib.string() + "/geoms",
+      "DEBUG   Catalog common path: " + lib.string()};
+  EXPECT_EQ(host.lines("translation"), expected);
+  EXPECT_EQ(host.lines("component"), expected);
+}
+
+TEST_F(EvaluationTest, MissingPathsEmptyKindsAndPathsOutsideTheRoot) {
+  NVlt2HrwHelpers::TVLTLibrary library;
+  ASSERT_TRUE(evaluate(library, "BROKEN", true));
+  EXPECT_EQ(library.commonComponentPath, lib.string() + "/components/digital");
+  EXPECT_EQ(library.commonGeomPath, "");
+  EXPECT_EQ(library.commonCatalogPath, tmp.str());
+  const std::string head = "Evaluating VLT Library: ";
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            (std::vector<std::string>{
+                head + "following paths to components directory does not exist hence will not be processed: "
+                       "$MISSING/comps",
+                head + "following paths to geometries directory does not exist hence will not be processed: "
+                       "$NONE/cells",
+                head + "following paths to catalogs directory does not exist hence will not be processed: "
+                       "$LIB/catalogs/file",
+                head + "invalid (empty) common geometries directory.",
+                head + "geometries directory does not lie underneath the VLT Library Root.",
+                head + "catalogs directory does not lie underneath the VLT Library Root."}));
+}
+
+TEST_F(EvaluationTest, QuietEvaluationLogsNothing) {
+  NVlt2HrwHelpers::TVLTLibrary library;
+  ASSERT_TRUE(evaluate(library, "BROKEN", false));
+  EXPECT_EQ(library.catalogPaths, (std::set<std::string>{"$OUT"}));
+  EXPECT_TRUE(host.records().empty());
+}
+
+TEST_F(EvaluationTest, Failures) {
+  NVlt2HrwHelpers::TVLTLibrary library;
+  EXPECT_FALSE(evaluate(library, "main", false));
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{"ERROR Evaluating VLT Library: library not found: main"}));
+
+  host.clearRecords();
+  EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, tmp.path() / "nomap", definition, "MAIN", true));
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{"INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
+                                      "ERROR Location map file: cannot read the file: " + tmp.str() + "/nomap",
+                                      "ERROR Errors found while reading location map file: " + tmp.str() + "/nomap"}));
+
+  host.clearRecords();
+  EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, map, tmp.path() / "nodef", "MAIN", false));
+  EXPECT_EQ(
+      host.lines("translation"),
+      (std::vector<std::string>{"ERROR VLT library definition file: cannot read the file: " + tmp.str() + "/nodef",
+                                "ERROR Evaluating VLT Library: errors found while reading VLT library "
+                                "definition file: " +
+                                    tmp.str() + "/nodef"}));
+
+  host.clearRecords();
+  host.clearService("get library location");
+  EXPECT_FALSE(evaluate(library, "MAIN", true));
+  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation ERROR Source library location has not been set."}));
+}
+
+TEST_F(EvaluationTest, DirectoryGetters) {
+  const std::string dir = lib.string();
+  EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("MAIN", map.string(), dir), dir);
+  EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("MAIN", map.string(), dir), dir + "/components");
+  EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{"DEBUG Obtaining catalog directory: " + definition.string(),
+                                      "DEBUG Obtaining components data: " + definition.string(),
+                                      "INFO Obtaining geoms data: " + definition.string()}));
+  host.clearRecords();
+  EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{
+                "Evaluating VLT Library: library not found: NOPE",
+                "Obtaining catalog directory: problem(s) found while reading VLT library definition file: " +
+                    definition.string(),
+                "Evaluating VLT Library: library not found: NOPE",
+                "Obtaining components data: problem(s) found while reading VLT library definition file: " +
+                    definition.string(),
+                "Evaluating VLT Library: library not found: NOPE",
+                "Errors found while reading VLT library definition file: " + definition.string()}));
+}
+
+TEST_F(EvaluationTest, LibraryListHoldsEveryNameInOrder) {
+  const std::string rid = NComponent::getVLTLibraryList(lib.string());
+  ASSERT_NE(rid, "");
+  EXPECT_EQ(*NComponent::find1D(rid), (NComponent::TList1D{"MAIN", "BROKEN", "MAIN"}));
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{"INFO Obtaining VLT library list from: " + definition.string()}));
+  removeList(rid);
+
+  host.clearRecords();
+  EXPECT_EQ(NComponent::getVLTLibraryList(tmp.str()), "");
+  const std::string file = tmp.str() + "/vlt_library_definition.library_definition";
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{
+                "INFO Obtaining VLT library list from: " + file,
+                "ERROR VLT library definition file: cannot read the file: " + file,
+                "ERROR Evaluating VLT Library: errors found while reading VLT library definition file: " + file}));
+
+  host.clearService("get wdir");
+  EXPECT_EQ(NComponent::getVLTLibraryList(lib.string()), "");
+}
+
+}  // namespace

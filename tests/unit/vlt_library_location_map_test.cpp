@@ -1,0 +1,114 @@
+// The location map reader.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/impl/qlln_general_impl.hpp"
+#include "support/fake_host.hpp"
+
+using namespace vlttest;
+using QllnGeneral::TLocationMap;
+
+namespace {
+
+struct LocationMapTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  boost::filesystem::path file;
+
+  void SetUp() override {
+    ASSERT_TRUE(host.start());
+    host.setWdir(tmp.str());
+    file = tmp.path() / "location map";
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+
+  TLocationMap read(const std::string& text, bool verbose = true) {
+    writeFile(file, text);
+    TLocationMap map;
+    EXPECT_TRUE(QllnGeneral::readLocationMap(map, file, verbose));
+    return map;
+  }
+};
+
+// "prefix: path | path" lines.
+std::vector<std::string> describe(const TLocationMap& map) {
+  std::vector<std::string> out;
+  for (const auto& prefix : map) {
+    std::string line = prefix.first + ":";
+    for (const auto& path : prefix.second) line += " " + path + " |";
+    out.push_back(line);
+  }
+  return out;
+}
+
+TEST_F(LocationMapTest, PrefixesPathsAndAllMessages) {
+  const std::string a = tmp.str() + "/a dir";
+  boost::filesystem::create_directories(a);
+  auto map = read(
+      "QRN_LOCATION_MAP_1 force\n"
+      "  # site library\n"
+      "\n"
+      "  $LIB_ROOT   trailing words\n"
+      "   " +
+      a +
+      "   \n"
+      "/nowhere/x\n"
+      "/nowhere/y\n"
+      "$EMPTY\n"
+      "$LIB_ROOT\n" +
+      a + "\n");
+  EXPECT_EQ(describe(map), (std::vector<std::string>{"$LIB_ROOT: " + a + " | /nowhere/x | /nowhere/y |",
+                                                     "$EMPTY:", "$LIB_ROOT: " + a + " |"}));
+  const std::vector<std::string> expected{
+      "INFO Reading location map file: " + file.string(),
+      "WARN Location map file: for the soft prefix: $LIB_ROOT the following hard pathname does not exist in the "
+      "filesystem: /nowhere/x",
+      "INFO Location map file: more than one hard pathname assigned to  the following soft prefix: $LIB_ROOT",
+      "WARN Location map file: for the soft prefix: $LIB_ROOT the following hard pathname does not exist in the "
+      "filesystem: /nowhere/y",
+      "INFO Location map file: more than one hard pathname assigned to  the following soft prefix: $LIB_ROOT",
+      "INFO Location map file: no hard pathnames have been assigned to  the following soft prefix: $EMPTY"};
+  EXPECT_EQ(host.lines("translation"), expected);
+  EXPECT_EQ(host.lines("component"), expected);
+}
+
+TEST_F(LocationMapTest, HeadersCommentsAndOddLines) {
+  EXPECT_TRUE(read("QRN_LOCATION_MAP_12\n# only a comment\nQRN_LOCATION_MAP_2   force   more\n").empty());
+  host.clearRecords();
+  // "$" alone needs one more character to be a prefix: it is a path. A
+  // malformed header is a path as well, here an orphaned one.
+  auto map = read("QRN_LOCATION_MAP_x\n$A\n$\n#$B\n$C\n");
+  EXPECT_EQ(describe(map), (std::vector<std::string>{"$A: $ |", "$C:"}));
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            (std::vector<std::string>{
+                "Location map file: orphaned hard pathname: QRN_LOCATION_MAP_x",
+                "Location map file: for the soft prefix: $A the following hard pathname does not exist in the "
+                "filesystem: $"}));
+}
+
+TEST_F(LocationMapTest, OrphanedPathIsLostAndFirstPrefixUnaffected) {
+  auto map = read("/orphan one\n/orphan two\n$P\n" + tmp.str() + "\n", false);
+  EXPECT_EQ(describe(map), (std::vector<std::string>{"$P: " + tmp.str() + " |"}));
+  EXPECT_TRUE(host.records().empty());
+}
+
+TEST_F(LocationMapTest, UnreadableFileIsAlwaysAnError) {
+  TLocationMap map{{"$KEEP", {"x"}}};
+  EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path() / "missing", false));
+  EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path(), true));
+  EXPECT_EQ(describe(map), (std::vector<std::string>{"$KEEP: x |"}));
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{"ERROR Location map file: cannot read the file: " + tmp.str() + "/missing",
+                                      "INFO Reading location map file: " + tmp.str(),
+                                      "ERROR Location map file: cannot read the file: " + tmp.str()}));
+}
+
+TEST_F(LocationMapTest, AppendsToTheMap) {
+  writeFile(file, "$B\n/b\n");
+  TLocationMap map{{"$A", {}}};
+  ASSERT_TRUE(QllnGeneral::readLocationMap(map, file, false));
+  EXPECT_EQ(describe(map), (std::vector<std::string>{"$A:", "$B: /b |"}));
+}
+
+}  // namespace
