@@ -3,7 +3,12 @@
 
 #include "technologies.hpp"
 
+#include <boost/filesystem/operations.hpp>
+
 #include "common/text_helpers.hpp"
+#include "geometry_helpers.hpp"
+#include "misc.hpp"
+#include "script_functions.hpp"
 
 namespace NComponent {
 namespace NConfig {
@@ -118,4 +123,67 @@ boost::filesystem::path containerFilePath(const boost::filesystem::path& configD
 }  // namespace NTechnology
 }  // namespace NGeom
 }  // namespace NConfig
+}  // namespace NComponent
+
+namespace NComponent {
+
+namespace fs = boost::filesystem;
+using NConfig::NGeom::NTechnology::CTechnologyContainerParser;
+using NConfig::NGeom::NTechnology::CTechnologyParser;
+using NConfig::NGeom::NTechnology::TTechnology;
+
+bool createDefaultContainerFile(const std::string& /*libraryName*/, const std::string& /*locationMapFile*/,
+                                const std::string& /*libraryDir*/) {
+  CScriptCall call(CScriptCall::kWdirAndSource);
+  if (!call.ok()) return false;
+  VLT_LOG(call, Debug, "Creating default geometry container file for VLT geometry root.");
+
+  const std::string configName = getConfigName(call.services());
+  if (configName.empty()) {
+    VLT_LOG(call, Fatal, "Cannot obtain path to the configuration directory.");
+    return false;
+  }
+  const fs::path configDir = fs::path(getWorkingDirectory(call.services())) / configName;
+
+  const std::string id = "default";
+  CTechnologyParser technologies(call.translation);
+  const TTechnology technology = technologies.find(configDir / "geom_technology" / "technology_list.xml", id);
+  if (technology.id.empty()) {
+    VLT_LOG(call, Error, "Cannot obtain data for technology id: \"" << id << "\"");
+    return false;
+  }
+
+  const fs::path file = NConfig::NGeom::NTechnology::containerFilePath(configDir, technology.containerDefFile);
+  CTechnologyContainerParser containers(call.translation);
+  if (fs::exists(file)) {
+    if (!containers.parse(file)) {
+      VLT_LOG(call, Fatal, "Cannot load technology containers file: '" << file.string() << "'.");
+      return false;
+    }
+  } else {
+    containers.parser.createEmptyDocument("rig");
+  }
+
+  // Without a geometry root from obtain_vlt_geom_path nothing is written.
+  const fs::path root(call.services().getParameter("geom path"));
+  if (!fs::is_directory(root)) return false;
+
+  std::list<std::string> directories;
+  if (!NVlt2HrwHelpers::buildGeometryContainerList(call, directories, root)) return false;
+  if (directories.empty())
+    VLT_LOG(call, Warn,
+            "There are no geometry containers (subdirectories) in geometry root: '" << root.string() << "'.");
+
+  // The entry of "default" is made anew; other technologies' entries stay.
+  containers.removeContainers(id);
+  containers.addContainers(id);
+  for (const std::string& directory : directories) containers.addContainer(id, directory, "");
+
+  if (!containers.write(file)) {
+    VLT_LOG(call, Fatal, "Cannot save technology containers file: '" << file.string() << "'.");
+    return false;
+  }
+  return true;
+}
+
 }  // namespace NComponent
