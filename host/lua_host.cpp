@@ -178,7 +178,7 @@ void setHostTable(lua_State* L, TState* s) {
 
 int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script, const std::vector<std::string>& args,
               std::string& error) {
-  TState s{&core, &entry, {}};
+  TState s{&core, &entry, {}, {}};
   lua_State* L = luaL_newstate();
   luaL_openlibs(L);
   // Lua 5.1 names the workflow scripts may use.

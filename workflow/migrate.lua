@@ -19,6 +19,9 @@ local wdir = out .. "/wdir"
 host.set_wdir(wdir)
 host.set_library(examples)
 
+step("Working directory")
+show("working directory created", create_wdir(wdir))
+
 step("Source library")
 local make_location_map = dofile(examples .. "/make_location_map.lua")
 local location_map = make_location_map(examples, out)
@@ -33,5 +36,8 @@ set_lib_unit("MM")
 show("library unit", get_lib_unit())
 local geom_ok = obtain_vlt_geom_path(library, location_map, examples)
 show("geometry root", geom_ok and host.get_param("geom path") or "(none)")
+
+step("Target Central Library")
+show("target library prepared", prepare_target_cl())
 
 print("done; the log is in " .. out .. "/host.log")

@@ -102,4 +102,35 @@ TEST_F(ListTest, ListsSurviveRelease) {
   removeList(rid);
 }
 
+TEST_F(ListTest, AddingWithoutWdirDoesNothingBeyondThePrologue) {
+  std::string rid = NComponent::new2DList();
+  NComponent::addRowTo2DList(rid);
+  host.clearService("get wdir");
+  host.clearRecords();
+  EXPECT_EQ(NComponent::new2DList(), "");
+  NComponent::addRowItemTo2DList(rid, "x");
+  NComponent::addTwoColItemTo2DList(rid, "a", "b");
+  NComponent::addRowTo2DList(rid);
+  EXPECT_EQ(host.texts("translation", "ERROR"), (std::vector<std::string>(4, "Working directory has not been set.")));
+  EXPECT_EQ(host.records().size(), 4u);
+  // The queries need no working directory.
+  EXPECT_EQ(get2DListSize(rid), 1);
+  EXPECT_EQ(get2DListItem(rid, 0, 0), "");
+  removeList(rid);
+}
+
+TEST_F(ListTest, RemovedRidIsUnknownAndNegativeColumnIsMissing) {
+  std::string rid = NComponent::new2DList();
+  NComponent::addTwoColItemTo2DList(rid, "a", "b");
+  EXPECT_EQ(get2DListItem(rid, 0, -1), "");
+  EXPECT_THROW(NComponent::item(NComponent::gListRegistry, rid, 0, 2), std::exception);
+  removeList(rid);
+  removeList(rid);  // a second remove is ignored
+  host.clearRecords();
+  NComponent::addTwoColItemTo2DList(rid, "c", "d");
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{"Invalid RID passed to add_item_to_1d_list() function."}));
+  EXPECT_EQ(get2DListItem(rid, 0, 0), "");
+}
+
 }  // namespace

@@ -1,0 +1,330 @@
+#include "common/tlx_tree.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <fstream>
+#include <istream>
+#include <ostream>
+#include <sstream>
+
+namespace rig_common {
+namespace TLXHandler {
+
+namespace {
+
+// The characters a line is trimmed of, and that end a keyword.
+inline bool isLineBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+inline bool isSpace(char c) { return isLineBlank(c) || c == '\v' || c == '\f'; }
+
+bool sameKeyword(const std::string& a, const std::string& b, bool caseSensitive) {
+  if (caseSensitive) return a == b;
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
+  return true;
+}
+
+void report(ILogger* logger, int level, const std::string& message) {
+  if (logger != nullptr) (*logger)(level, message);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- TLXNode
+
+size_t TLXChildren::size() const {
+  size_t count = 0;
+  for (TLXNode* node = mFirst; node != nullptr; node = node->nextSibling()) ++count;
+  return count;
+}
+
+TLXNode* TLXChildren::operator[](size_t index) const {
+  TLXNode* node = mFirst;
+  while (node != nullptr && index-- > 0) node = node->nextSibling();
+  return node;
+}
+
+TLXNode::TLXNode(ILogger* logger, unsigned level, std::string keyword)
+    : level(level), keyword(std::move(keyword)), logger(logger) {}
+
+TLXNode::TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value)
+    : level(level), keyword(keyword), values(value), logger(logger) {}
+
+TLXNode::~TLXNode() {
+  // A work list chained through the sibling links: a node with children is
+  // put behind them, so children go before their parent, and a deeply
+  // nested tree needs neither recursion nor memory.
+  TLXNode* work = children.mFirst;
+  children.mFirst = children.mLast = nullptr;
+  while (work != nullptr) {
+    if (work->children.mFirst != nullptr) {
+      TLXNode* first = work->children.mFirst;
+      work->children.mLast->mNext = work;
+      work->children.mFirst = work->children.mLast = nullptr;
+      work = first;
+      continue;
+    }
+    TLXNode* next = work->mNext;
+    delete work;
+    work = next;
+  }
+}
+
+std::unique_ptr<TLXNode> TLXNode::clone() const {
+  auto copy = std::make_unique<TLXNode>(logger, level, keyword);
+  copy->values = values;
+  for (TLXNode* child : children) copy->adoptChild(child->clone());
+  return copy;
+}
+
+TLXNode* TLXNode::searchFrom(TLXNode* start, const std::string& wanted, bool caseSensitive) {
+  for (TLXNode* node = start; node != nullptr; node = node->mNext) {
+    if (sameKeyword(node->keyword, wanted, caseSensitive)) {
+      cursor = node;
+      return node;
+    }
+  }
+  cursor = nullptr;
+  return nullptr;
+}
+
+TLXNode* TLXNode::findFirstChild(const std::string& wanted, bool caseSensitive) {
+  cursor = nullptr;
+  return searchFrom(children.mFirst, wanted, caseSensitive);
+}
+
+TLXNode* TLXNode::findNextChild(const std::string& wanted, bool caseSensitive) {
+  if (cursor == nullptr) return nullptr;
+  if (cursor->parent != this) {  // detached since the last search
+    cursor = nullptr;
+    return nullptr;
+  }
+  return searchFrom(cursor->mNext, wanted, caseSensitive);
+}
+
+std::string TLXNode::valueAt(size_t index) const { return index < values.size() ? values[index] : std::string(); }
+
+void TLXNode::setValue(size_t index, const std::string& value) {
+  if (index >= values.size()) values.resize(index + 1);
+  values[index] = value;
+}
+
+TLXNode* TLXNode::addChild(const std::string& childKeyword, const std::string& value) {
+  TLXNode* child = addChildWithoutValue(childKeyword);
+  child->values.push_back(value);
+  return child;
+}
+
+TLXNode* TLXNode::addChildWithoutValue(const std::string& childKeyword) {
+  return adoptChild(std::make_unique<TLXNode>(logger, level + 1, childKeyword));
+}
+
+TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) {
+  TLXNode* child = owned.release();
+  child->parent = this;
+  child->mNext = nullptr;
+  if (children.mLast != nullptr)
+    children.mLast->mNext = child;
+  else
+    children.mFirst = child;
+  children.mLast = child;
+  return child;
+}
+
+std::unique_ptr<TLXNode> TLXNode::detachChild(const TLXNode* child) {
+  if (child == nullptr || child->parent != this) return nullptr;
+  TLXNode* before = nullptr;
+  for (TLXNode* node = children.mFirst; node != child; node = node->mNext) before = node;
+  TLXNode* node = const_cast<TLXNode*>(child);
+  (before != nullptr ? before->mNext : children.mFirst) = node->mNext;
+  if (children.mLast == node) children.mLast = before;
+  if (cursor == node) cursor = nullptr;
+  node->parent = nullptr;
+  node->mNext = nullptr;
+  return std::unique_ptr<TLXNode>(node);
+}
+
+// ---------------------------------------------------------------- TLXInput
+
+namespace {
+constexpr size_t kBlockSize = 1 << 16;
+}
+
+bool TLXInput::fill() {
+  if (mEnded) return false;
+  if (mBegin > 0) {  // keep the unfinished line at the front
+    std::copy(mBlock.begin() + static_cast<std::ptrdiff_t>(mBegin), mBlock.begin() + static_cast<std::ptrdiff_t>(mEnd),
+              mBlock.begin());
+    mEnd -= mBegin;
+    mBegin = 0;
+  }
+  if (mBlock.size() < kBlockSize) mBlock.resize(kBlockSize);
+  if (mEnd == mBlock.size()) mBlock.resize(mBlock.size() * 2);  // a line longer than a block
+  stream.read(mBlock.data() + mEnd, static_cast<std::streamsize>(mBlock.size() - mEnd));
+  const auto got = static_cast<size_t>(stream.gcount());
+  mEnd += got;
+  if (!stream) mEnded = true;
+  return got > 0;
+}
+
+bool TLXInput::next(std::string_view& line) {
+  if (!pending.empty()) {
+    mHandedBack = std::move(pending.back());
+    pending.pop_back();
+    line = mHandedBack;
+    return true;
+  }
+  while (true) {
+    const char* begin = mBlock.data() + mBegin;
+    const void* newline = mEnd > mBegin ? std::memchr(begin, '\n', mEnd - mBegin) : nullptr;
+    if (newline != nullptr) {
+      const char* stop = static_cast<const char*>(newline);
+      line = std::string_view(begin, static_cast<size_t>(stop - begin));
+      mBegin += line.size() + 1;
+      ++lineNumber;
+      return true;
+    }
+    if (!fill()) {
+      if (mBegin == mEnd) return false;
+      line = std::string_view(mBlock.data() + mBegin, mEnd - mBegin);  // last line without a line end
+      mBegin = mEnd;
+      ++lineNumber;
+      return true;
+    }
+  }
+}
+
+// ---------------------------------------------------------------- TLXManager
+
+TLXManager::TLXManager(ILogger* logger) : root(std::make_unique<TLXNode>(logger)), mLogger(logger) {}
+
+bool TLXManager::readFile(const std::string& path) {
+  std::ifstream stream(path);
+  if (!stream.is_open()) {
+    report(mLogger, log4rig::kError, "Cannot open file for reading: " + path);
+    return false;
+  }
+  return readStream(stream);
+}
+
+bool TLXManager::readStream(std::istream& stream) {
+  TLXInput input(stream);
+  return read(input);
+}
+
+// The parse is the recursive descent of the file format written as a loop
+// over a stack of open nodes: the frame on top is the node whose parse is in
+// hand. A keyword line two levels below it opens its last child; a line of
+// its own level or above closes it and is looked at again by the frame below.
+// An argument line belongs to the node in hand, not to its last child.
+bool TLXManager::read(TLXInput& input) {
+  if (!input.stream) {
+    report(mLogger, log4rig::kError, "Input stream is not valid.");
+    return false;
+  }
+  struct TFrame {
+    TLXNode* node;
+    TLXNode* last;
+    bool hasKeyword;  // the last keyword line of this frame had a keyword
+  };
+  std::vector<TFrame> stack{{root.get(), nullptr, false}};
+  std::string_view line;
+  while (input.next(line)) {
+    size_t begin = 0, end = line.size();
+    while (begin < end && isLineBlank(line[begin])) ++begin;
+    while (end > begin && isLineBlank(line[end - 1])) --end;
+    if (begin == end || line[begin] == '!') continue;
+
+    size_t dots = begin;
+    while (dots < end && line[dots] == '.') ++dots;
+    if (dots == begin) {  // argument line
+      TFrame& frame = stack.back();
+      if (!frame.hasKeyword) {
+        report(mLogger, log4rig::kError,
+               "Inconsistency found (argument without keyword) at line: " + std::to_string(input.lineNumber));
+        return false;
+      }
+      frame.node->values.emplace_back(line, begin, end - begin);
+      if (input.progress)
+        input.progress(TLXInput::kArgumentLine,
+                       {frame.node->level, frame.node->keyword, std::string(line.substr(begin, end - begin))});
+      continue;
+    }
+    if (dots == end) {
+      // Full stops alone: a level without a keyword. Reading on would guess at
+      // the meaning of the rest of the file, so the parse ends here.
+      report(mLogger, log4rig::kError,
+             "Inconsistency found (keyword missing) at line: " + std::to_string(input.lineNumber));
+      return false;
+    }
+    const size_t level = dots - begin;
+    size_t keyEnd = dots;
+    while (keyEnd < end && !isLineBlank(line[keyEnd])) ++keyEnd;
+    size_t valueBegin = keyEnd;
+    while (valueBegin < end && isSpace(line[valueBegin])) ++valueBegin;
+
+    while (true) {
+      TFrame& frame = stack.back();
+      const size_t inHand = stack.size() - 1;
+      frame.hasKeyword = keyEnd > dots;
+      if (level == inHand + 1) {
+        frame.last = frame.node->adoptChild(std::make_unique<TLXNode>(mLogger, static_cast<unsigned>(level),
+                                                                      line.substr(dots, keyEnd - dots),
+                                                                      line.substr(valueBegin, end - valueBegin)));
+        if (input.progress)
+          input.progress(TLXInput::kKeywordLine,
+                         {frame.last->level, frame.last->keyword, std::string(line.substr(begin, end - begin))});
+        break;
+      }
+      if (level == inHand + 2) {
+        if (frame.last == nullptr) {
+          report(mLogger, log4rig::kError,
+                 "Found a grandchild without a parent at line: " + std::to_string(input.lineNumber));
+          report(mLogger, log4rig::kDebug, "Line content: " + std::string(line.substr(begin, end - begin)));
+          return false;
+        }
+        stack.push_back({frame.last, nullptr, false});
+        continue;
+      }
+      if (level > inHand + 2) {
+        report(mLogger, log4rig::kError,
+               "Inconsistency found (too many dots) at line: " + std::to_string(input.lineNumber));
+        return false;
+      }
+      stack.pop_back();  // the line belongs to an ancestor
+    }
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------- writing
+
+void writeTLX(std::ostream& out, const TLXNode& node) {
+  std::string head(node.level, '.');
+  head += node.keyword;
+  head += ' ';
+  out.write(head.data(), static_cast<std::streamsize>(head.size()));
+  if (node.values.size() == 1) {
+    out.write(node.values[0].data(), static_cast<std::streamsize>(node.values[0].size()));
+    out.put('\n');
+  } else if (node.values.empty()) {
+    out.put('\n');
+  } else {
+    const std::string pad(node.keyword.size() + node.level + 1, ' ');
+    for (const auto& value : node.values) {
+      out.write(value.data(), static_cast<std::streamsize>(value.size()));
+      out.write(pad.data(), static_cast<std::streamsize>(pad.size()));
+      out.put('\n');
+    }
+    out.put('\n');
+  }
+  writeTLXChildren(out, node);
+}
+
+void writeTLXChildren(std::ostream& out, const TLXNode& node) {
+  for (TLXNode* child : node.children) writeTLX(out, *child);
+}
+
+}  // namespace TLXHandler
+}  // namespace rig_common

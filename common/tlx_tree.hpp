@@ -1,0 +1,217 @@
+#pragma once
+// Keyword tree files: line-oriented text in which the number of leading full
+// stops gives a line's depth in a tree. TLXManager reads such a file into a
+// tree of TLXNode; writeTLX writes a tree back in the byte format of the list
+// files.
+//
+//   rig_common::TLXManager tree(&logger);        // logger may be null
+//   if (tree.readFile("a_neut.tlx")) {
+//     for (auto* n = tree.root->findFirstChild("QRN_PART"); n; n = tree.root->findNextChild("QRN_PART")) ...
+//   }
+//
+// Writing a tree of one's own:
+//   rig_common::TLXNode root;                      // level 0, no keyword
+//   rig_common::TLXNode* part = root.addChild("QRN_PART", "AB-1");
+//   part->addChild("QRN_COMP", "NAND2");
+//   rig_common::writeTLXChildren(stream, root);    // ".QRN_PART AB-1\n..QRN_COMP NAND2\n"
+
+#include <cstddef>
+#include <functional>
+#include <iosfwd>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/tlx_values.hpp"
+#include "components/hpp/impl/log4rig_impl.hpp"
+
+namespace rig_common {
+namespace TLXHandler {
+
+using log4rig::ILogger;
+
+class TLXNode;
+
+// The children of a node, in file order: an intrusive list over the nodes
+// themselves, so that appending and resuming a search cost no allocation
+// and no search. Iteration yields TLXNode*. The owning node deletes them; a
+// node is taken out of a tree with detachChild, never deleted in place.
+class TLXChildren {
+ public:
+  class iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = TLXNode*;
+    using difference_type = std::ptrdiff_t;
+    using pointer = TLXNode* const*;
+    using reference = TLXNode*;
+
+    explicit iterator(TLXNode* node = nullptr) : mNode(node) {}
+    TLXNode* operator*() const { return mNode; }
+    iterator& operator++();
+    iterator operator++(int) {
+      iterator old = *this;
+      ++*this;
+      return old;
+    }
+    bool operator==(const iterator& other) const { return mNode == other.mNode; }
+    bool operator!=(const iterator& other) const { return mNode != other.mNode; }
+
+   private:
+    TLXNode* mNode;
+  };
+  using const_iterator = iterator;
+
+  TLXChildren() = default;
+  TLXChildren(const TLXChildren&) = delete;
+  TLXChildren& operator=(const TLXChildren&) = delete;
+
+  iterator begin() const { return iterator(mFirst); }
+  iterator end() const { return iterator(); }
+  // The number of children, counted by walking the list.
+  size_t size() const;
+  bool empty() const { return mFirst == nullptr; }
+  TLXNode* front() const { return mFirst; }
+  TLXNode* back() const { return mLast; }
+  // The child at `index`, found by walking the list; null when out of range.
+  TLXNode* operator[](size_t index) const;
+
+ private:
+  friend class TLXNode;
+  TLXNode* mFirst = nullptr;
+  TLXNode* mLast = nullptr;
+};
+
+// One node of a keyword tree. A node owns its children; the root of a tree
+// has level 0 and an empty keyword.
+class TLXNode {
+ public:
+  explicit TLXNode(ILogger* logger = nullptr, unsigned level = 0, std::string keyword = std::string());
+  // A node with one value.
+  TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value);
+  // Deletes the subtree, children before their parent, without recursion.
+  virtual ~TLXNode();
+  TLXNode(const TLXNode&) = delete;
+  TLXNode& operator=(const TLXNode&) = delete;
+
+  // A deep copy of this node and its subtree, detached (no parent).
+  std::unique_ptr<TLXNode> clone() const;
+
+  // Resumable searches over the children: findFirstChild starts over,
+  // findNextChild goes on behind the child found last (`cursor`). Two
+  // interleaved searches on one node disturb each other.
+  TLXNode* findFirstChild(const std::string& keyword, bool caseSensitive = true);
+  TLXNode* findNextChild(const std::string& keyword, bool caseSensitive = true);
+
+  // values[index], or an empty string when the index is out of range.
+  std::string valueAt(size_t index) const;
+  size_t valueCount() const { return values.size(); }
+  void addValue(const std::string& value) { values.push_back(value); }
+  // Replaces values[index]; an index behind the end first grows the values
+  // with empty strings.
+  void setValue(size_t index, const std::string& value);
+
+  // Appends a new child of level + 1 with `value` as its first value.
+  TLXNode* addChild(const std::string& keyword, const std::string& value);
+  // Appends a new child of level + 1 without any value.
+  TLXNode* addChildWithoutValue(const std::string& keyword);
+  // Appends a node that was detached or cloned; sets its parent.
+  TLXNode* adoptChild(std::unique_ptr<TLXNode> child);
+  // Removes `child` from the children and hands it over; null if it is not a
+  // child of this node.
+  std::unique_ptr<TLXNode> detachChild(const TLXNode* child);
+  // The sibling behind this node, or null.
+  TLXNode* nextSibling() const { return mNext; }
+
+  TLXNode* parent = nullptr;
+  unsigned level = 0;
+  std::string keyword;
+  TLXChildren children;
+  TLXValues values;
+  TLXNode* cursor = nullptr;
+  ILogger* logger = nullptr;
+
+ private:
+  TLXNode* searchFrom(TLXNode* start, const std::string& keyword, bool caseSensitive);
+  TLXNode* mNext = nullptr;
+};
+
+inline TLXChildren::iterator& TLXChildren::iterator::operator++() {
+  mNode = mNode->nextSibling();
+  return *this;
+}
+
+// What the progress callback of a parse gets for each line.
+struct TLXProgress {
+  unsigned level;
+  std::string keyword;
+  std::string line;
+};
+
+// The line source of one parse: a stream, the count of lines taken from it,
+// and lines handed back, which come out again before the stream is read.
+// The stream is read in blocks; lines are looked at where they lie in the
+// block, so the text is neither copied line by line nor held whole.
+class TLXInput {
+ public:
+  enum { kKeywordLine = 0, kArgumentLine = 1 };
+  using TCallback = std::function<void(int kind, const TLXProgress& progress)>;
+
+  explicit TLXInput(std::istream& stream) : stream(stream) {}
+  // The next line without its line end, handed-back lines first; false at
+  // the end of the input. The view lasts until the next call.
+  bool next(std::string_view& line);
+  void handBack(std::string line) { pending.push_back(std::move(line)); }
+
+  std::istream& stream;
+  long lineNumber = 0;
+  TCallback progress;
+  std::vector<std::string> pending;  // the last element comes out first
+
+ private:
+  bool fill();
+  std::vector<char> mBlock;
+  size_t mBegin = 0;
+  size_t mEnd = 0;
+  bool mEnded = false;
+  std::string mHandedBack;
+};
+
+// Owner of a tree read from a keyword tree file.
+class TLXManager {
+ public:
+  explicit TLXManager(ILogger* logger = nullptr);
+  virtual ~TLXManager() = default;
+  TLXManager(const TLXManager&) = delete;
+  TLXManager& operator=(const TLXManager&) = delete;
+
+  // Parses into `root`. On a failure the report goes to the logger, the
+  // result is false, and what was built so far stays in the tree.
+  bool readFile(const std::string& path);
+  bool readStream(std::istream& stream);
+  bool read(TLXInput& input);
+
+  std::unique_ptr<TLXNode> root;
+
+ private:
+  ILogger* mLogger;
+};
+
+// Writes `node` and its subtree: per node `level` full stops, the keyword,
+// one blank, then the values (one value: the value; several: each followed
+// by keyword length + level + 1 blanks and a line end, then an empty line).
+void writeTLX(std::ostream& out, const TLXNode& node);
+// Writes the children of `node` and their subtrees (a whole file from a root).
+void writeTLXChildren(std::ostream& out, const TLXNode& node);
+
+}  // namespace TLXHandler
+
+using TLXHandler::TLXInput;
+using TLXHandler::TLXManager;
+using TLXHandler::TLXNode;
+using TLXHandler::writeTLX;
+using TLXHandler::writeTLXChildren;
+
+}  // namespace rig_common

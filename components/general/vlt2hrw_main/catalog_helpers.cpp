@@ -1,0 +1,75 @@
+// Directories, catalog.list and the log line filter of the catalog steps.
+
+#include "catalog_helpers.hpp"
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/regex.hpp>
+#include <fstream>
+
+#include "common/text_helpers.hpp"
+
+namespace fs = boost::filesystem;
+
+namespace NComponent {
+namespace NCatalog {
+
+namespace {
+
+bool subdirectory(CScriptCall& call, bool served, const std::string& name, fs::path& dir,
+                  const std::string& errorMessage) {
+  if (!served || name.empty()) {
+    VLT_LOG(call, Error, errorMessage);
+    return false;
+  }
+  dir = fs::path(getWorkingDirectory(call.services())) / name;
+  return true;
+}
+
+}  // namespace
+
+bool configDirectory(CScriptCall& call, fs::path& dir, const std::string& errorMessage) {
+  std::string name = getConfigName(call.services());
+  return subdirectory(call, true, name, dir, errorMessage);
+}
+
+bool logDirectory(CScriptCall& call, fs::path& dir, const std::string& errorMessage) {
+  std::string name;
+  bool served = getLogName(call.services(), name);
+  return subdirectory(call, served, name, dir, errorMessage);
+}
+
+bool neutralDirectory(CScriptCall& call, fs::path& dir, const std::string& errorMessage) {
+  std::string name;
+  bool served = getNeutralName(call.services(), name);
+  return subdirectory(call, served, name, dir, errorMessage);
+}
+
+bool readLines(const fs::path& file, std::vector<std::string>& lines) {
+  if (fs::is_directory(file)) return false;
+  std::ifstream in(file.string(), std::ios::binary);
+  if (!in) return false;
+  std::string line;
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return true;
+}
+
+bool readCatalogList(const fs::path& file, std::vector<std::string>& catalogs) {
+  std::vector<std::string> lines;
+  if (!readLines(file, lines)) return false;
+  for (const std::string& line : lines) catalogs.push_back(rig_common::trim(line));
+  return true;
+}
+
+std::string filterLogLine(const std::string& line, bool warnings) {
+  const boost::regex expression(warnings ? "\\s*(?:err|warn)\\S*\\s*:*\\s*(.*)" : "\\s*(?:err)\\S*\\s*:*\\s*(.*)",
+                                boost::regex::perl | boost::regex::icase);
+  boost::smatch match;
+  if (!boost::regex_match(line, match, expression)) return {};
+  return match[1].str();
+}
+
+}  // namespace NCatalog
+}  // namespace NComponent

@@ -1,0 +1,37 @@
+// Central Library: the target library made from the seed.
+
+#include <boost/filesystem.hpp>
+
+#include "misc.hpp"
+#include "platform/file_copy.hpp"
+#include "script_functions.hpp"
+
+namespace fs = boost::filesystem;
+
+namespace NComponent {
+
+bool prepareTargetCL() {
+  CScriptCall call(CScriptCall::kWdirAndSource);
+  if (!call.ok()) return false;
+  VLT_LOG(call, Debug, "Preparing target Central Library.");
+
+  const fs::path wdir = getWorkingDirectory(call.services());
+  const fs::path seedDir = wdir / "seed_library";
+  const fs::path targetDir = wdir / "Library";
+  const fs::path targetIndex = targetDir / "Library.zpc";
+
+  // The index file marks a prepared library: later steps fill it in place.
+  if (fs::exists(targetIndex)) {
+    VLT_LOG(call, Info,
+            "Preparing target Central Library: ZPC index file exists, so we will skipping this step: "
+                << targetIndex.string());
+    return true;
+  }
+  if (NPlatform::copyDirectoryFiles(seedDir, targetDir) == 0) return true;
+  VLT_LOG(call, Error,
+          "Preparing target Central Library: Cannot copy seed library from: " << seedDir.string()
+                                                                              << " to: " << targetDir.string());
+  return false;
+}
+
+}  // namespace NComponent

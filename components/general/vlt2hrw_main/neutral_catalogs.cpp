@@ -1,0 +1,145 @@
+// Reading of neutral catalog files and the location map table behind them.
+
+#include "neutral_catalogs.hpp"
+
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <boost/regex.hpp>
+#include <fstream>
+
+#include "common/text_helpers.hpp"
+#include "common/tlx_tree.hpp"
+#include "impl/log4rig_impl.hpp"
+
+namespace fs = boost::filesystem;
+using rig_common::TLXHandler::TLXNode;
+
+namespace NComponent {
+namespace NCatalog {
+
+namespace {
+
+const char kPrefix[] = "Reading neutral catalog file:";
+const char kBlankSymbol[] = "VLTTRANSDELETEME";
+
+// A node's value: its first value without quote characters at the ends;
+// false for a node without any value.
+bool nodeValue(const TLXNode* node, std::string& value) {
+  if (node->valueCount() == 0) return false;
+  value = rig_common::removeQuotes(node->valueAt(0));
+  return true;
+}
+
+}  // namespace
+
+bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
+  std::ifstream in(file.string());
+  if (!in || fs::is_directory(file)) return false;
+  const boost::regex skipped("QRN_LOCATION_MAP_\\d+(?:\\s+force)?.*");
+  const boost::regex prefixLine("(\\$\\S+).*");
+  std::string prefix, hardPath;
+  bool inPrefix = false;
+  std::string line;
+  while (std::getline(in, line)) {
+    line = rig_common::trim(line);
+    if (line.empty() || line[0] == '#' || boost::regex_match(line, skipped)) continue;
+    boost::smatch match;
+    if (boost::regex_match(line, match, prefixLine)) {
+      if (inPrefix) table[prefix] = hardPath;
+      prefix = match[1].str();
+      hardPath.clear();
+      inPrefix = true;
+    } else if (inPrefix) {
+      hardPath = line;  // the last path of a prefix counts
+    }
+  }
+  if (inPrefix) table[prefix] = hardPath;
+  return true;
+}
+
+std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const {
+  std::string result = value;
+  for (const auto& entry : softPrefixes) {
+    const boost::regex prefix("\\" + entry.first);
+    result = boost::regex_replace(result, prefix, entry.second);
+  }
+  boost::replace_all(result, "\\", "/");
+  return result;
+}
+
+bool NeutralCatalogs::readQrnNeutralCatalog(const fs::path& file, const std::string catalog,
+                                            log4cxx::LoggerPtr translation, log4cxx::LoggerPtr component) {
+  (void)catalog;
+  RIG_LOG(translation, component, RIG_LEVEL(Debug), "Reading neutral catalog file: " << file.string());
+  rig_common::log4rig::Log4Cxx logger(translation, component);
+  rig_common::TLXManager tree(&logger);
+  if (!tree.readFile(file.string())) {
+    RIG_LOG(translation, component, RIG_LEVEL(Error),
+            "Reading neutral catalog file: cannot parse neutral catalog file: " << file.string());
+    return false;
+  }
+  auto warn = [&](const std::string& text) { RIG_LOG(translation, component, RIG_LEVEL(Warn), kPrefix << text); };
+
+  TLXNode* root = tree.root.get();
+  for (TLXNode* partNode = root->findFirstChild("QRN_PART"); partNode != nullptr;
+       partNode = root->findNextChild("QRN_PART")) {
+    std::string number;
+    if (!nodeValue(partNode, number)) {
+      warn(" skipping QRN_PART node without part number");
+      continue;
+    }
+    TCatalogPart& part = parts[number];
+    for (const char* keyword : {"QRN_PART_CONTAINER", "QRN_MAP_FILE"}) {
+      const bool isMap = std::string(keyword) == "QRN_MAP_FILE";
+      TCatalogFile& target = isMap ? part.mapFile : part.container;
+      for (TLXNode* node = partNode->findFirstChild(keyword); node != nullptr;
+           node = partNode->findNextChild(keyword)) {
+        std::string value;
+        if (!nodeValue(node, value)) {
+          warn(std::string(" skipping empty ") + keyword + " node" + (isMap ? " for part:  " : " for part: ") + number);
+          continue;
+        }
+        if (!target.name.empty() || !target.path.empty())
+          warn(std::string(" next occurence of the ") + keyword + " node found for part: " + number);
+        target.name = value;
+        target.path = replaceSoftPrefixes(value);
+      }
+    }
+    for (TLXNode* node = partNode->findFirstChild("QRN_GEOM"); node != nullptr;
+         node = partNode->findNextChild("QRN_GEOM")) {
+      std::string value;
+      if (!nodeValue(node, value)) {
+        warn(" skipping empty QRN_GEOM node for part: " + number);
+        continue;
+      }
+      part.geoms.push_back(value);
+    }
+    for (TLXNode* node = partNode->findFirstChild("QRN_COMP"); node != nullptr;
+         node = partNode->findNextChild("QRN_COMP")) {
+      std::string name;
+      if (!nodeValue(node, name)) {
+        warn(" skipping empty QRN_COMP node for part: " + number);
+        continue;
+      }
+      part.components.push_back(TCatalogComponent{name, {}});
+      TCatalogComponent& comp = part.components.back();
+      for (TLXNode* symbol = node->findFirstChild("QRN_SYMBOL"); symbol != nullptr;
+           symbol = node->findNextChild("QRN_SYMBOL")) {
+        std::string value;
+        if (!nodeValue(symbol, value)) {
+          warn(" skipping empty QRN_SYMBOL node for part:  " + number + " , comp: " + name);
+          continue;
+        }
+        if (value == kBlankSymbol) {
+          warn(" blank symbol found and will be skipped for part: " + number + " , comp: " + name);
+          continue;
+        }
+        comp.symbols.push_back(value);
+      }
+    }
+  }
+  return true;
+}
+
+}  // namespace NCatalog
+}  // namespace NComponent

@@ -1,0 +1,141 @@
+// update_catalog_symbol_lists: the component/portion decisions, vector pins
+// and the symbol list written back.
+
+#include <gtest/gtest.h>
+
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+
+namespace {
+
+struct CatalogSymbolListTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path wdir, config, catalogs, lib;
+  std::string map;
+
+  void SetUp() override {
+    wdir = tmp.path() / "wdir";
+    config = wdir / "config";
+    catalogs = wdir / "neutral" / "catalogs";
+    lib = tmp.path() / "lib";
+    fs::create_directories(config);
+    fs::create_directories(catalogs);
+    map = (tmp.path() / "map").string();
+    writeFile(map, "$LIB\n/first/wins/elsewhere\n" + lib.string() + "\n");
+    writeFile(config / "catalog.list", "cat\n");
+    writeFile(config / "excluded_parts.caf", "// excluded\ncat P6\n");
+    writeFile(lib / "p1.map", "SYMBOL s1 1\nPIN A 1,2,3 X\nPIN B 4 Y\n");
+    writeFile(lib / "p2.map", "SYMBOL a 1\nPIN A 1,2 X\nSYMBOL b 2 NOPE\nPIN A 1,2 X\nSYMBOL c 3 C2\nPIN A 1,2 X\n");
+    writeFile(lib / "p7.map", "SYMBOL s1 1 C1\nPIN Q 5 X\n");
+    writeFile(catalogs / "cat_neut.tlx",
+              ".QRN_PART P1\n..QRN_PART_CONTAINER \"$LIB/sym\"\n..QRN_MAP_FILE \"$LIB/p1.map\"\n"
+              "..QRN_COMP C1\n...QRN_SYMBOL s1\n...QRN_SYMBOL \"s2\"\n"
+              ".QRN_PART P2\n..QRN_PART_CONTAINER $LIB/sym\n..QRN_MAP_FILE $LIB/p2.map\n"
+              "..QRN_COMP C1\n...QRN_SYMBOL s1\n..QRN_COMP C2\n...QRN_SYMBOL s3\n"
+              ".QRN_PART P3\n..QRN_MAP_FILE $LIB/p1.map\n"
+              ".QRN_PART P4\n..QRN_COMP C1\n...QRN_SYMBOL s1\n"
+              ".QRN_PART P5\n..QRN_MAP_FILE $LIB/missing.map\n..QRN_COMP C1\n"
+              ".QRN_PART P6\n..QRN_COMP C1\n"
+              ".QRN_PART P7\n..QRN_PART_CONTAINER $LIB/sym\n..QRN_MAP_FILE $LIB/p7.map\n"
+              "..QRN_COMP C1\n...QRN_SYMBOL s1\n");
+    ASSERT_TRUE(host.start());
+    host.setWdir(wdir.string());
+    host.setLibrary(lib.string());
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+
+  std::string expectedList() const {
+    std::string text;
+    for (const char* symbol : {"s1", "s2"}) {
+      text += ".SK_SYMBOL_PATH " + (lib / "sym").string() + "/" + symbol + "\n";
+      text += "..CATALOG cat\n...QRN_PART P1\n....QRN_COMP C1\n.....QRN_SYMBOL " + std::string(symbol) + "\n";
+      text += "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n";
+    }
+    return text;
+  }
+};
+
+TEST_F(CatalogSymbolListTest, DecisionTableMessagesAndVectorPins) {
+  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), expectedList());
+  const std::string p = "Update catalog symbol lists:";
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            (std::vector<std::string>{
+                p + " there are multiple qrn component entries in the neutral catalog file for catalog: cat, part "
+                    "number: P2, but the COMP property has not been specified in mapping file for symbol portion a. "
+                    "This symbol portion will be skipped.",
+                p + " there are multiple qrn component entries in the neutral catalog file for catalog: cat, part "
+                    "number: P2, but the COMP property specified in mapping file for symbol portion b has no qrn "
+                    "component enty with the same name. This symbol portion will be skipped.",
+                p + " there are no components defined for catalog: cat, part number: P3",
+                p + " mapping file does not exist or is not resolveable for catalog: cat, part number: P4",
+                p + " cannot load mapping file for  catalog: cat, part number: P5"}));
+  EXPECT_EQ(host.texts("translation", "INFO"),
+            (std::vector<std::string>{
+                p + " comma separated entry found for catalog: cat, part number: P1",
+                p + " comma separated entry found for catalog: cat, part number: P2",
+                p + " there is a single qrn component in the neutral catalog file for catalog: cat, part number: P7, "
+                    "but the COMP property has been specified in mapping file for symbol portion s1"}));
+  EXPECT_TRUE(host.logged("translation", "DEBUG",
+                          p + " catalog: cat, part number: P6. This part was found in excluded file, so will be "
+                              "excluded from translation."));
+  for (const auto& text : host.texts("translation", "WARN")) EXPECT_EQ(text.find("P6"), std::string::npos);
+}
+
+TEST_F(CatalogSymbolListTest, RunningTwiceGivesTheSameFile) {
+  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), expectedList());
+}
+
+TEST_F(CatalogSymbolListTest, ExistingItemsKeepTheirUsesAndGainPinMaps) {
+  const std::string s1 = (lib / "sym").string() + "/s1";
+  writeFile(catalogs / "cat.sym_list.caf",
+            ".SK_SYMBOL_PATH " + s1 + "\n..CATALOG cat\n...QRN_PART P9\n....QRN_COMP C\n.....QRN_SYMBOL s1\n");
+  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  std::string text = readFile(catalogs / "cat.sym_list.caf");
+  EXPECT_EQ(text.rfind(".SK_SYMBOL_PATH " + s1 + "\n..CATALOG cat\n...QRN_PART P9\n", 0), 0u) << text;
+  EXPECT_NE(text.find("...QRN_PART P1\n"), std::string::npos);
+}
+
+TEST_F(CatalogSymbolListTest, DamagedSymbolListIsLeftAloneAndMissingNeutralFileStops) {
+  writeFile(catalogs / "cat.sym_list.caf", "..broken\n");
+  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), "..broken\n");
+  EXPECT_TRUE(host.logged(
+      "translation", "WARN",
+      "Update catalog symbol lists: cannot read symbol list file: " + (catalogs / "cat.sym_list.caf").string()));
+
+  writeFile(config / "catalog.list", "gone\ncat\n");
+  fs::remove(catalogs / "cat.sym_list.caf");
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_TRUE(host.logged(
+      "translation", "WARN",
+      "Update catalog symbol lists: cannot parse neutral catalog file: " + (catalogs / "gone_neut.tlx").string()));
+  EXPECT_FALSE(fs::exists(catalogs / "cat.sym_list.caf"));
+}
+
+TEST_F(CatalogSymbolListTest, MissingInputsFailTheStep) {
+  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", (tmp.path() / "nomap").string(), lib.string()));
+  EXPECT_TRUE(host.logged(
+      "translation", "ERROR",
+      "Update catalog symbol lists: cannot load the location map file: " + (tmp.path() / "nomap").string()));
+  fs::remove(config / "catalog.list");
+  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_TRUE(
+      host.logged("translation", "ERROR",
+                  "Update catalog symbol lists: cannot read catalog list file: " + (config / "catalog.list").string()));
+  fs::remove_all(catalogs);
+  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_TRUE(
+      host.logged("translation", "ERROR",
+                  "Update catalog symbol lists: neutral catalogs directory does not exist: " + catalogs.string()));
+}
+
+}  // namespace

@@ -1,0 +1,240 @@
+// The catalog steps: catalog list, command line of the catalog tool, the
+// report, the neutral catalog reader and the catalog symbol lists.
+
+#include <gtest/gtest.h>
+
+#include <boost/algorithm/string/replace.hpp>
+
+#include "components/hpp/catalog_helpers.hpp"
+#include "components/hpp/list_registry.hpp"
+#include "components/hpp/neutral_catalogs.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+
+namespace NComponent {
+namespace NCatalog {
+std::string tbl2flatCommandLine(const fs::path& tool, const fs::path& input, const fs::path& catalogsDir,
+                                const fs::path& configDir, const fs::path& logDir, const std::string& locationMapFile,
+                                const std::string& catalog, bool swap);
+}
+}  // namespace NComponent
+
+namespace {
+
+const std::string kExamples = std::string(VLT_SOURCE_DIR) + "/examples";
+
+// A host with a working directory tree, the sample library and its map.
+struct CatalogTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path wdir, config, log, catalogs;
+  std::string map;
+
+  void SetUp() override {
+    wdir = tmp.path() / "wdir";
+    config = wdir / "config";
+    log = wdir / "log";
+    catalogs = wdir / "neutral" / "catalogs";
+    fs::create_directories(config);
+    fs::create_directories(log / "reports");
+    fs::create_directories(catalogs);
+    std::string text = readFile(kExamples + "/location_map.template");
+    boost::replace_all(text, "@EXAMPLES@", kExamples);
+    map = (tmp.path() / "location_map").string();
+    writeFile(map, text);
+    ASSERT_TRUE(host.start());
+    host.setWdir(wdir.string());
+    host.setLibrary(kExamples);
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+
+  std::vector<std::string> list1D(const std::string& rid) {
+    std::vector<std::string> items;
+    for (int i = 0; i < get1DListSize(rid); ++i) items.push_back(get1DListItem(rid, i));
+    return items;
+  }
+};
+
+TEST_F(CatalogTest, ListsTheSampleCatalogsAndSavesThem) {
+  std::string rid = NComponent::getCatalogList("CORP_LIB", map, kExamples);
+  ASSERT_FALSE(rid.empty());
+  auto names = list1D(rid);
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"analog", "connectors", "digital"}));
+  NComponent::addItemTo1DList(rid, " with blanks ");
+  EXPECT_TRUE(NComponent::saveCatalogList(rid));
+  std::string expected;
+  for (const auto& name : list1D(rid)) expected += name + "\n";
+  EXPECT_EQ(readFile(config / "catalog.list"), expected);
+  removeList(rid);
+}
+
+TEST_F(CatalogTest, CatalogFileNamesNeedAStemAndTheSuffixCase) {
+  fs::path lib = tmp.path() / "lib";
+  fs::create_directories(lib / "cats" / "dir.qrn_catalog.attr");
+  writeFile(lib / "cats" / ".qrn_catalog.attr", "");
+  writeFile(lib / "cats" / "X.QRN_CATALOG.ATTR", "");
+  writeFile(lib / "cats" / "good one.qrn_catalog.attr", "");
+  writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  CATS $L/cats -qrn_catalog\n}\n");
+  writeFile(tmp.path() / "map2", "$L\n" + lib.string() + "\n");
+  std::string rid = NComponent::getCatalogList("L", (tmp.path() / "map2").string(), lib.string());
+  EXPECT_EQ(list1D(rid), (std::vector<std::string>{"good one"}));
+  removeList(rid);
+}
+
+TEST_F(CatalogTest, EmptyListWritesAnEmptyFileAndUnknownRidFails) {
+  std::string rid = NComponent::new1DList();
+  writeFile(config / "catalog.list", "old\n");
+  EXPECT_TRUE(NComponent::saveCatalogList(rid));
+  EXPECT_EQ(readFile(config / "catalog.list"), "");
+  removeList(rid);
+  host.clearRecords();
+  writeFile(config / "catalog.list", "kept\n");
+  EXPECT_FALSE(NComponent::saveCatalogList("12345"));
+  EXPECT_TRUE(host.logged("translation", "ERROR", "Saving catalog list to file: unknown RID."));
+  EXPECT_EQ(readFile(config / "catalog.list"), "kept\n");
+}
+
+TEST_F(CatalogTest, MissingConfigNameFailsTheSave) {
+  host.clearService("get config");
+  std::string rid = NComponent::new1DList();
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::saveCatalogList(rid));
+  EXPECT_EQ(
+      host.texts("translation", "ERROR"),
+      (std::vector<std::string>{"Saving catalog list to file: cannot obtain path to the configuration directory."}));
+  removeList(rid);
+}
+
+TEST_F(CatalogTest, SwitchesAreHostParameters) {
+  NComponent::usePartNoProp(true);
+  EXPECT_EQ(host.parameters()["catalog use PART_NO"], "1");
+  NComponent::usePartNoProp(false);
+  EXPECT_EQ(host.parameters()["catalog use PART_NO"], "0");
+  EXPECT_TRUE(NComponent::setCatalogSymbolsOnly(false));
+  EXPECT_EQ(host.parameters()["catalog symbols only"], "0");
+  EXPECT_TRUE(host.logged("component", "DEBUG", "Setting catalog swapping qrn_index with PART_NO to: 1"));
+  EXPECT_TRUE(host.logged("translation", "DEBUG", "Setting catalog symbols only to: 0"));
+  host.clearService("get wdir");
+  EXPECT_FALSE(NComponent::setCatalogSymbolsOnly(true));
+}
+
+TEST(CatalogLogFilter, KeepsTheMessageOfErrorAndWarningLines) {
+  using NComponent::NCatalog::filterLogLine;
+  EXPECT_EQ(filterLogLine("Error: bad", true), "bad");
+  EXPECT_EQ(filterLogLine("WARNING bad", true), "bad");
+  EXPECT_EQ(filterLogLine("warn:::  bad", true), "bad");
+  EXPECT_EQ(filterLogLine("  errors found: 2 parts", true), "found: 2 parts");
+  EXPECT_EQ(filterLogLine("error", true), "");
+  EXPECT_EQ(filterLogLine("no errors found", true), "");
+  EXPECT_EQ(filterLogLine("Warning: x", false), "");
+  EXPECT_EQ(filterLogLine("ERROR: x", false), "x");
+}
+
+TEST(CatalogCommandLine, PiecesInOrderWithQuotingAndSwap) {
+  using NComponent::NCatalog::tbl2flatCommandLine;
+  std::string line = tbl2flatCommandLine("/bin dir/tbl2flat.exe", "/lib/cats/digital", "/w/neutral/catalogs",
+                                         "/w/config", "/w/log", "/maps/map", "digital", false);
+  EXPECT_EQ(line,
+            "ksh -c \"\"/bin dir/tbl2flat.exe\" -i /lib/cats/digital -o /w/neutral/catalogs/digital_neut.tlx"
+            " -s QRN -d QRN2PDB -m /maps/map -z /w/neutral/catalogs/digital.prop.list"
+            " -y /w/neutral/catalogs/digital.sym_list.caf -v /w/config/catalog_val_prop.xml"
+            " -e /w/config/excluded_parts.caf -r /w/log/rejected_parts.caf >> /w/log/tbl2flat.log 2>&1\"");
+  std::string swapped = tbl2flatCommandLine("/b/tbl2flat.exe", "/c/x", "/n", "/c", "/l", "/m", "x", true);
+  EXPECT_NE(swapped.find(" -r /l/rejected_parts.caf -w >> /l/tbl2flat.log 2>&1\""), std::string::npos);
+}
+
+TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
+  writeFile(config / "catalog.list", "digital\n  analog  \n");
+  writeFile(catalogs / "digital_neut.tlx", "");
+  writeFile(log / "tbl2flat.log", "Error: bad\nall fine\nWARNING  also bad\nerror\n\nwarn:::  x\n");
+  EXPECT_TRUE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
+  const std::string rule(79, '-');
+  EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
+            rule + "\n Problems related due to absence of neutral catalog data files\n" + rule +
+                "\nERROR: content of the following catalog has not been saved: analog\n\n" + rule +
+                "\n Problems found by the tbl2flat tool\n" + rule + "\nbad\nalso bad\nx\n");
+  EXPECT_TRUE(host.logged("translation", "DEBUG", "Verifying catalog data."));
+}
+
+TEST_F(CatalogTest, ReportFailsWithoutToolLogButKeepsTheFirstSection) {
+  writeFile(config / "catalog.list", "");
+  EXPECT_FALSE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
+  const std::string rule(79, '-');
+  EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
+            rule + "\n Problems related due to absence of neutral catalog data files\n" + rule + "\n\n");
+  EXPECT_TRUE(host.logged("translation", "ERROR",
+                          "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
+                              (log / "tbl2flat.log").string()));
+}
+
+TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPath) {
+  CTempDir tmp;
+  writeFile(tmp.path() / "map",
+            "QRN_LOCATION_MAP_1 force\n/orphan\n# c\n$A\n/first\n/second\n$EMPTY\n$B something\n/b\n");
+  NComponent::NCatalog::TSoftPrefixes table;
+  ASSERT_TRUE(NComponent::NCatalog::readLocationMapTable(tmp.path() / "map", table));
+  EXPECT_EQ(table, (NComponent::NCatalog::TSoftPrefixes{{"$A", "/second"}, {"$EMPTY", ""}, {"$B", "/b"}}));
+  EXPECT_FALSE(NComponent::NCatalog::readLocationMapTable(tmp.path() / "none", table));
+}
+
+TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
+  CFakeHost host;
+  CTempDir tmp;
+  log4cxx::LoggerPtr translation;
+  NComponent::TPlatformServices s = host.services();
+  s.requestService("get component translation logger", nullptr, &translation);
+  writeFile(tmp.path() / "c_neut.tlx",
+            "! written by hand\n"
+            ".QRN_PART \"P-2\"\n"
+            "..QRN_PART_CONTAINER \"$LIB\\cells\"\n"
+            "..QRN_PART_CONTAINER '$OTHER/x'\n"
+            "..QRN_MAP_FILE $LIB/m.map\n"
+            "..QRN_GEOM so8\n"
+            "..QRN_COMP NAND2\n"
+            "...QRN_SYMBOL \"nand\"\n"
+            "...QRN_SYMBOL \"VLTTRANSDELETEME\"\n"
+            "..QRN_COMP EMPTY\n"
+            "...QRN_SYMBOL VLTTRANSDELETEME\n"
+            ".QRN_PART\n"
+            ".QRN_PART P-1\n"
+            "..QRN_GEOM a\"b\n");
+  NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{{"$LIB", "/hard/lib"}});
+  ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", translation, log4cxx::LoggerPtr()));
+  ASSERT_EQ(reader.parts.size(), 3u);
+  const auto& part = reader.parts.at("P-2");
+  EXPECT_EQ(part.container.name, "$OTHER/x");
+  EXPECT_EQ(part.container.path.string(), "$OTHER/x");
+  EXPECT_EQ(part.mapFile.path.string(), "/hard/lib/m.map");
+  EXPECT_EQ(part.geoms, (std::list<std::string>{"so8"}));
+  ASSERT_EQ(part.components.size(), 2u);
+  EXPECT_EQ(part.components.front().symbols, (std::list<std::string>{"nand"}));
+  EXPECT_TRUE(part.components.back().symbols.empty());
+  EXPECT_TRUE(reader.parts.count(""));
+  EXPECT_EQ(reader.parts.at("P-1").geoms, (std::list<std::string>{"a\"b"}));
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            (std::vector<std::string>{
+                "Reading neutral catalog file: next occurence of the QRN_PART_CONTAINER node found for part: P-2",
+                "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: NAND2",
+                "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: EMPTY"}));
+}
+
+TEST(NeutralCatalogs, UnparsableFileFails) {
+  CFakeHost host;
+  CTempDir tmp;
+  log4cxx::LoggerPtr translation;
+  NComponent::TPlatformServices s = host.services();
+  s.requestService("get component translation logger", nullptr, &translation);
+  writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
+  NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{});
+  EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", translation, log4cxx::LoggerPtr()));
+  EXPECT_TRUE(host.logged(
+      "translation", "ERROR",
+      "Reading neutral catalog file: cannot parse neutral catalog file: " + (tmp.path() / "bad_neut.tlx").string()));
+}
+
+}  // namespace
