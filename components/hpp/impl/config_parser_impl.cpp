@@ -1,0 +1,22 @@
+#include "impl/config_parser_impl.hpp"
+
+#include <boost/filesystem/operations.hpp>
+
+namespace NComponent {
+namespace NConfig {
+
+bool CConfigParser::parse(const boost::filesystem::path& file) {
+  if (!boost::filesystem::exists(file)) {
+    VLT_LOG1(logger, Fatal,
+             "Configuration file does not exist:"
+                 << "'" << file.string() << "'");
+    return false;
+  }
+  parser.initialize();
+  return parser.parse(file.string(), logger);
+}
+
+bool CConfigParser::write(const boost::filesystem::path& file) { return parser.write(file.string(), logger); }
+
+}  // namespace NConfig
+}  // namespace NComponent
