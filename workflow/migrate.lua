@@ -39,6 +39,7 @@ set_lib_unit("MM")
 show("library unit", get_lib_unit())
 local geom_ok = obtain_vlt_geom_path(library, location_map, examples)
 show("geometry root", geom_ok and host.get_param("geom path") or "(none)")
+show("default geometry containers", geom_ok and create_default_container(library, location_map, examples))
 
 step("Catalogs")
 local catalogs = get_catalog_list(library, location_map, examples)
