@@ -5,7 +5,7 @@ local out = assert(arg[2], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
 local library = arg[3] or "CORP_LIB"
 
 local function step(title) print("== " .. title) end
-local function show(what, value) print(string.format("  %-34s %s", what, tostring(value))) end
+local function show(what, value) print(string.format("  %-38s %s", what, tostring(value))) end
 
 -- Prints the items of a 1D list and frees it.
 local function print_list(title, rid)
@@ -51,6 +51,14 @@ show("catalogs saved to neutral format", save_catalogs(library, location_map, ex
 show("catalogs verified", verify_catalogs(library, location_map, examples))
 show("report", wdir .. "/log/reports/verify_catalogs.txt")
 show("catalog symbol lists updated", update_catalog_symbol_lists(library, location_map, examples))
+show("catalog property mapping updated", update_catalog_prop_mapping(""))
+local properties = get_catalog_property_list()
+local unmapped = {}
+for i = 0, get_2d_list_size(properties) - 1 do
+  if get_2d_list_item(properties, i, 1) == "" then unmapped[#unmapped + 1] = get_2d_list_item(properties, i, 0) end
+end
+remove_2d_list(properties)
+show("catalog properties without a target", #unmapped > 0 and table.concat(unmapped, ", ") or "none")
 
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())

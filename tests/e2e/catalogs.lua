@@ -107,3 +107,16 @@ t.eq(update_catalog_symbol_lists(library, map, examples), true, "second update")
 t.eq(t.read(catalogs .. "/digital.sym_list.caf"), digital, "update is idempotent")
 t.expect_logged("translation WARN Reading neutral catalog file: blank symbol found and will be skipped for part: " ..
                 "CC-6932 , comp: MH")
+
+-- The property mapping collects the catalogs' property names beside the seeds.
+t.eq(update_catalog_prop_mapping(""), true, "update_catalog_prop_mapping")
+local mapping = t.read(config .. "/catalog_data_mapping.xml")
+assert(contains(mapping, '<property qrn="PART_NO" pdb="Part Number" />'), mapping)
+assert(contains(mapping, '<property qrn="VALUE" pdb="" />'), mapping)
+local props = get_catalog_property_list()
+assert(get_2d_list_size(props) > 10, "catalog properties listed")
+add_two_col_item_to_2d_list(props, "VALUE", "Value")
+t.eq(save_catalog_property_list(props), true, "save_catalog_property_list")
+remove_2d_list(props)
+t.eq(update_catalog_prop_mapping(""), true, "update keeps the user's target")
+assert(contains(t.read(config .. "/catalog_data_mapping.xml"), '<property qrn="VALUE" pdb="Value" />'))
