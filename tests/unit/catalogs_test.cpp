@@ -238,3 +238,45 @@ TEST(NeutralCatalogs, UnparsableFileFails) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(CatalogTest, EmptyCatalogListRemovesTheOldLogAndRunsNothing) {
+  host.setService("get qlln installation path", tmp.str());
+  writeFile(config / "catalog.list", "");
+  writeFile(log / "tbl2flat.log", "old output\n");
+  EXPECT_TRUE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_FALSE(fs::exists(log / "tbl2flat.log"));
+  for (const auto& line : host.lines()) EXPECT_EQ(line.find("Process starter"), std::string::npos) << line;
+  EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalogs to neutral format."));
+}
+
+TEST_F(CatalogTest, ToolEnvironmentFailureEndsTheStep) {
+  writeFile(config / "catalog.list", "digital\nanalog\n");
+  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain QLLN's QRN_HOME directory."));
+  EXPECT_EQ(host.texts("translation", "INFO"),
+            (std::vector<std::string>{"Saving catalog: " + kExamples + "/catalogs/digital"}));
+  EXPECT_FALSE(fs::exists(catalogs / "digital_neut.tlx"));
+}
+
+TEST_F(CatalogTest, MissingInputsOfSaveCatalogs) {
+  host.setService("get qlln installation path", tmp.str());
+  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_TRUE(host.logged(
+      "translation", "ERROR",
+      "Saving catalogs to neutral format: cannot read catalog list file: " + (config / "catalog.list").string()));
+  host.failService("get neutral");
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_EQ(
+      host.texts("translation", "ERROR"),
+      (std::vector<std::string>{"Saving catalogs to neutral format: cannot obtain path to the neutral directory: "}));
+  host.failService("get neutral", false);
+  fs::remove_all(wdir / "neutral");
+  writeFile(config / "catalog.list", "");
+  EXPECT_TRUE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_TRUE(fs::is_directory(catalogs)) << "the neutral catalogs directory is made";
+}
+
+}  // namespace
