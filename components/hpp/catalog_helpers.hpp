@@ -18,10 +18,6 @@ bool configDirectory(CScriptCall& call, boost::filesystem::path& dir, const std:
 bool logDirectory(CScriptCall& call, boost::filesystem::path& dir, const std::string& errorMessage);
 bool neutralDirectory(CScriptCall& call, boost::filesystem::path& dir, const std::string& errorMessage);
 
-// All lines of a text file, line ends removed (a trailing CR too). False
-// when the file cannot be opened.
-bool readLines(const boost::filesystem::path& file, std::vector<std::string>& lines);
-
 // The catalog names of catalog.list: each line trimmed at both ends.
 bool readCatalogList(const boost::filesystem::path& file, std::vector<std::string>& catalogs);
 

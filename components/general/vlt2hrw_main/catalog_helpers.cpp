@@ -6,6 +6,7 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 
 namespace fs = boost::filesystem;
@@ -44,21 +45,9 @@ bool neutralDirectory(CScriptCall& call, fs::path& dir, const std::string& error
   return subdirectory(call, served, name, dir, errorMessage);
 }
 
-bool readLines(const fs::path& file, std::vector<std::string>& lines) {
-  if (fs::is_directory(file)) return false;
-  std::ifstream in(file.string(), std::ios::binary);
-  if (!in) return false;
-  std::string line;
-  while (std::getline(in, line)) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return true;
-}
-
 bool readCatalogList(const fs::path& file, std::vector<std::string>& catalogs) {
   std::vector<std::string> lines;
-  if (!readLines(file, lines)) return false;
+  if (!rig_common::readTextLines(file, lines)) return false;
   for (const std::string& line : lines) catalogs.push_back(rig_common::trim(line));
   return true;
 }

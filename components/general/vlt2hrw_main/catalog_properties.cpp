@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "catalog_helpers.hpp"
+#include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 #include "impl/cfg_file_managers_impl.hpp"
 #include "list_registry.hpp"
@@ -70,7 +71,7 @@ bool updateCatalogPropMapping(const std::string& ignored) {
     const std::string file = it->path().string();
     VLT_LOG(call, Debug, "Updating catalog property mapping: reading property list file:" << file);
     std::vector<std::string> lines;
-    if (!NCatalog::readLines(it->path(), lines)) {
+    if (!rig_common::readTextLines(it->path(), lines)) {
       VLT_LOG(call, Error, "Updating catalog property mapping: cannot read property list file: " << file);
       continue;
     }

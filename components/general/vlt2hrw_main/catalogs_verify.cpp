@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "catalog_helpers.hpp"
+#include "common/text_file.hpp"
 #include "script_functions.hpp"
 #include "vlt_library_cfg.hpp"
 
@@ -56,7 +57,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
 
   const fs::path toolLog = logDir / "tbl2flat.log";
   std::vector<std::string> lines;
-  if (!NCatalog::readLines(toolLog, lines)) {
+  if (!rig_common::readTextLines(toolLog, lines)) {
     VLT_LOG(call, Error,
             "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " << toolLog.string());
     return false;

@@ -10,11 +10,12 @@
 #include <fstream>
 #include <vector>
 
+#include "common/path_helpers.hpp"
+#include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 #include "list_registry.hpp"
 #include "misc.hpp"
 #include "script_functions.hpp"
-#include "common/path_helpers.hpp"
 
 namespace fs = boost::filesystem;
 using NComponent::CScriptCall;
@@ -24,16 +25,6 @@ namespace NVlt2HrwHelpers {
 const char* const kLibraryDefinitionFileName = "vlt_library_definition.library_definition";
 
 namespace {
-
-bool readLines(const fs::path& file, std::vector<std::string>& lines) {
-  boost::system::error_code error;
-  if (fs::is_directory(file, error)) return false;
-  std::ifstream in(file.string().c_str());
-  if (!in.is_open()) return false;
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return !in.bad();
-}
 
 // Cuts the line at the first "//" that stands outside double quotes.
 std::string cutComment(const std::string& line) {
@@ -155,7 +146,7 @@ bool readVLTLibraryDefinition(const CScriptCall& call, TVLTLibraryDefinitionFile
   if (!NComponent::checkWdir(call.services(), call.translation)) return false;
   if (verbose) VLT_LOG(call, Info, "Reading VLT library definition file: " << file.string());
   std::vector<std::string> lines;
-  if (!readLines(file, lines)) {
+  if (!rig_common::readTextLines(file, lines)) {
     VLT_LOG(call, Error, "VLT library definition file: cannot read the file: " << file.string());
     return false;
   }

@@ -6,27 +6,13 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 #include "misc.hpp"
 
 namespace fs = boost::filesystem;
 
 namespace QllnGeneral {
-
-namespace {
-
-// The whole file as lines; false when it cannot be opened or read.
-bool readLines(const fs::path& file, std::list<std::string>& lines) {
-  boost::system::error_code error;
-  if (fs::is_directory(file, error)) return false;
-  std::ifstream in(file.string().c_str());
-  if (!in.is_open()) return false;
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return !in.bad();
-}
-
-}  // namespace
 
 bool readLocationMap(TLocationMap& map, const fs::path& file, bool verbose) {
   NComponent::CScriptCall call;
@@ -38,8 +24,8 @@ bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, con
   if (!NComponent::checkWdir(call.services(), call.translation)) return false;
   if (verbose) VLT_LOG(call, Info, "Reading location map file: " << file.string());
 
-  std::list<std::string> lines;
-  if (!readLines(file, lines)) {
+  std::vector<std::string> lines;
+  if (!rig_common::readTextLines(file, lines)) {
     VLT_LOG(call, Error, "Location map file: cannot read the file: " << file.string());
     return false;
   }
