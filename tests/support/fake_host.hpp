@@ -48,3 +48,23 @@ std::string readFile(const boost::filesystem::path& file);
 void writeFile(const boost::filesystem::path& file, const std::string& text);
 
 }  // namespace vlttest
+
+#include <gtest/gtest.h>
+
+namespace vlttest {
+
+// A started component on a fake host whose working directory is a fresh
+// temporary directory; messages of the start are cleared.
+struct StartedHostTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+
+  void SetUp() override {
+    ASSERT_TRUE(host.start());
+    host.setWdir(tmp.str());
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+};
+
+}  // namespace vlttest

@@ -11,17 +11,7 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-struct GeometryTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-
-  void SetUp() override {
-    ASSERT_TRUE(host.start());
-    host.setWdir(tmp.str());
-    host.clearRecords();
-  }
-  void TearDown() override { host.release(); }
-};
+struct GeometryTest : StartedHostTest {};
 
 TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
   EXPECT_EQ(NComponent::GetLibraryUnit(), "");

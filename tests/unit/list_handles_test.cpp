@@ -11,16 +11,7 @@ using namespace vlttest;
 
 namespace {
 
-struct ListTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  void SetUp() override {
-    ASSERT_TRUE(host.start());
-    host.setWdir(tmp.str());
-    host.clearRecords();
-  }
-  void TearDown() override { host.release(); }
-};
+struct ListTest : StartedHostTest {};
 
 TEST_F(ListTest, RidIsTheDecimalAddress) {
   std::string rid = NComponent::new1DList();

@@ -12,18 +12,13 @@ namespace {
 
 const char kPrefix[] = "VLT library definition file: ";
 
-struct DefinitionTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
+struct DefinitionTest : StartedHostTest {
   boost::filesystem::path file;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
-    host.setWdir(tmp.str());
+    StartedHostTest::SetUp();
     file = tmp.path() / "vlt_library_definition.library_definition";
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 
   TVLTLibraryDefinitionFileLibraries parse(const std::string& text, bool verbose = true) {
     writeFile(file, text);

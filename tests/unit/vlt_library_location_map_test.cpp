@@ -10,18 +10,13 @@ using QllnGeneral::TLocationMap;
 
 namespace {
 
-struct LocationMapTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
+struct LocationMapTest : StartedHostTest {
   boost::filesystem::path file;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
-    host.setWdir(tmp.str());
+    StartedHostTest::SetUp();
     file = tmp.path() / "location map";
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 
   TLocationMap read(const std::string& text, bool verbose = true) {
     writeFile(file, text);
