@@ -168,3 +168,56 @@ TEST(LoggerFacade, NoTextIsBuiltBehindADisabledLevel) {
 }
 
 }  // namespace
+
+// The binding layer's two texts, on functions bound the way the table binds.
+#include <lua.hpp>
+#include <luabind/luabind.hpp>
+
+#include "components/general/vlt2hrw_main/script_binding.hpp"
+
+namespace {
+
+int throwsUnknown(int) { throw 42; }
+int throwsStd(int) { throw std::runtime_error("plain failure"); }
+
+std::string callAndGetError(lua_State* L, const char* chunk) {
+  if (luaL_loadstring(L, chunk) != LUA_OK) return "load failed";
+  if (lua_pcall(L, 0, 0, 0) == LUA_OK) return "no error";
+  std::string message = lua_tostring(L, -1);
+  lua_pop(L, 1);
+  return message;
+}
+
+TEST(ScriptBinding, ErrorTextsOfTheScriptInterface) {
+  lua_State* L = luaL_newstate();
+  luaL_openlibs(L);
+  luabind::open(L);
+  luabind::module(L)[luabind::def("throws_unknown", &throwsUnknown)];
+  NComponent::wrapBindingErrors(L, "throws_unknown");
+  luabind::module(L)[luabind::def("throws_std", &throwsStd)];
+  NComponent::wrapBindingErrors(L, "throws_std");
+
+  EXPECT_EQ(callAndGetError(L, "throws_unknown(1)"), "throws_unknown() threw an exception");
+  // Standard exceptions keep the binding layer's own wording, type and text.
+  EXPECT_EQ(callAndGetError(L, "throws_std(1)"), "std::runtime_error: 'plain failure'");
+  EXPECT_EQ(callAndGetError(L, "throws_unknown('x', true)"),
+            "no match for function call 'throws_unknown' with the parameters (string, boolean)\n"
+            "candidates are:\nint throws_unknown(int)\n");
+  lua_close(L);
+}
+
+TEST(ScriptBinding, ResultsAndPureOutValuesCross) {
+  CFakeHost host;
+  CTempDir tmp;
+  ASSERT_TRUE(host.start());
+  lua_State* L = luaL_newstate();
+  luaL_openlibs(L);
+  EXPECT_TRUE(host.params.bindScriptFunction(L, "get_1d_list_size"));
+  EXPECT_FALSE(host.params.bindScriptFunction(L, "Create_WDir"));
+  EXPECT_FALSE(host.params.bindScriptFunction(L, "no_such_function"));
+  EXPECT_EQ(callAndGetError(L, "assert(get_1d_list_size('') == -1)"), "no error");
+  lua_close(L);
+  host.release();
+}
+
+}  // namespace
