@@ -23,30 +23,30 @@ struct FileCopyTest : ::testing::Test {
     writeFile(src() / "sub" / "deeper" / "c.txt", "c\r\n");
     fs::create_directories(src() / "empty");
   }
+  // The source tree's files and directories, as copied below `to`.
+  void expectCopy(const fs::path& to) {
+    EXPECT_EQ(readFile(to / "a.xml"), "<a/>\n");
+    EXPECT_EQ(readFile(to / "NOEXT"), "no extension");
+    EXPECT_EQ(readFile(to / "sub" / "deeper" / "c.txt"), "c\r\n");
+    EXPECT_TRUE(fs::is_directory(to / "empty"));
+    EXPECT_FALSE(fs::exists(to / "source dir"));
+  }
 };
 
-TEST_F(FileCopyTest, WildcardCopiesEveryEntryWithSubdirectoriesAndMakesTarget) {
+TEST_F(FileCopyTest, WildcardCopiesEverythingSilentlyThenOverwritesAndKeepsOtherFiles) {
   const fs::path to = tmp.path() / "made" / "on the way" / "config";
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   EXPECT_EQ(copyDirectoryFiles(src() / "*.*", to), 0);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(readFile(to / "a.xml"), "<a/>\n");
-  EXPECT_EQ(readFile(to / "NOEXT"), "no extension");
-  EXPECT_EQ(readFile(to / "sub" / "deeper" / "c.txt"), "c\r\n");
-  EXPECT_TRUE(fs::is_directory(to / "empty"));
-  EXPECT_FALSE(fs::exists(to / "source dir"));
-}
+  expectCopy(to);
 
-TEST_F(FileCopyTest, WildcardOverwritesAndKeepsOtherFiles) {
-  const fs::path to = tmp.path() / "config";
   writeFile(to / "a.xml", "edited by the user, much longer than the template");
-  writeFile(to / "catalog.list", "cat1\n");
   writeFile(to / "sub" / "deeper" / "c.txt", "old");
+  writeFile(to / "catalog.list", "cat1\n");
   EXPECT_EQ(copyDirectoryFiles(src() / "*.*", to), 0);
-  EXPECT_EQ(readFile(to / "a.xml"), "<a/>\n");
-  EXPECT_EQ(readFile(to / "sub" / "deeper" / "c.txt"), "c\r\n");
+  expectCopy(to);
   EXPECT_EQ(readFile(to / "catalog.list"), "cat1\n");
 }
 
@@ -58,39 +58,26 @@ TEST_F(FileCopyTest, PatternSelectsByNameIgnoringCase) {
   EXPECT_TRUE(fs::exists(to / "b.XML"));
   EXPECT_FALSE(fs::exists(to / "NOEXT"));
   EXPECT_FALSE(fs::exists(to / "sub"));
+  // Over an empty directory: the target alone.
+  EXPECT_EQ(copyDirectoryFiles(src() / "empty" / "*.*", tmp.path() / "target"), 0);
+  EXPECT_TRUE(fs::is_empty(tmp.path() / "target"));
 
-  EXPECT_TRUE(NPlatform::matchesWildcard("NOEXT", "*.*"));
-  EXPECT_TRUE(NPlatform::matchesWildcard(".hidden", "*.*"));
+  for (auto name : {"NOEXT", ".hidden", "x.tar.gz"}) EXPECT_TRUE(NPlatform::matchesWildcard(name, "*.*")) << name;
   EXPECT_TRUE(NPlatform::matchesWildcard("abc", "a?c"));
   EXPECT_FALSE(NPlatform::matchesWildcard("abbc", "a?c"));
   EXPECT_TRUE(NPlatform::matchesWildcard("x.tar.gz", "*.gz"));
   EXPECT_FALSE(NPlatform::matchesWildcard("x.gzip", "*.gz"));
 }
 
-TEST_F(FileCopyTest, WildcardOverEmptyDirectoryMakesTheTargetOnly) {
-  const fs::path to = tmp.path() / "target";
-  EXPECT_EQ(copyDirectoryFiles(src() / "empty" / "*.*", to), 0);
-  EXPECT_TRUE(fs::is_directory(to));
-  EXPECT_TRUE(fs::is_empty(to));
-}
-
-TEST_F(FileCopyTest, DirectoryToMissingTargetMakesACopy) {
+TEST_F(FileCopyTest, DirectoryMakesACopyOrMergesIntoTheTarget) {
   const fs::path to = tmp.path() / "Library";
   EXPECT_EQ(copyDirectoryFiles(src(), to), 0);
-  EXPECT_EQ(readFile(to / "a.xml"), "<a/>\n");
-  EXPECT_EQ(readFile(to / "sub" / "deeper" / "c.txt"), "c\r\n");
-  EXPECT_TRUE(fs::is_directory(to / "empty"));
-  EXPECT_FALSE(fs::exists(to / "source dir"));
-}
-
-TEST_F(FileCopyTest, DirectoryToExistingTargetMergesIntoIt) {
-  const fs::path to = tmp.path() / "Library";
+  expectCopy(to);
   writeFile(to / "a.xml", "old");
   writeFile(to / "SymbolLibs" / "p1" / "x", "kept");
   EXPECT_EQ(copyDirectoryFiles(src(), to), 0);
-  EXPECT_EQ(readFile(to / "a.xml"), "<a/>\n");
+  expectCopy(to);
   EXPECT_EQ(readFile(to / "SymbolLibs" / "p1" / "x"), "kept");
-  EXPECT_FALSE(fs::exists(to / "source dir"));
 }
 
 TEST_F(FileCopyTest, SingleFileIntoDirectoryOrToNewName) {
@@ -99,35 +86,24 @@ TEST_F(FileCopyTest, SingleFileIntoDirectoryOrToNewName) {
   EXPECT_EQ(readFile(tmp.path() / "dir" / "a.xml"), "<a/>\n");
   EXPECT_EQ(copyDirectoryFiles(src() / "a.xml", tmp.path() / "new" / "b.xml"), 0);
   EXPECT_EQ(readFile(tmp.path() / "new" / "b.xml"), "<a/>\n");
-}
-
-TEST_F(FileCopyTest, MissingSourceFailsAndMakesNothing) {
-  const fs::path to = tmp.path() / "target";
-  EXPECT_EQ(copyDirectoryFiles(tmp.path() / "nope", to), NPlatform::kCopySourceMissing);
-  EXPECT_EQ(copyDirectoryFiles(tmp.path() / "nope" / "*.*", to), NPlatform::kCopySourceMissing);
-  EXPECT_FALSE(fs::exists(to));
-}
-
-TEST_F(FileCopyTest, TargetInsideSourceFailsWithoutCopying) {
-  EXPECT_EQ(copyDirectoryFiles(src(), src() / "inner"), NPlatform::kCopyDestinationInSource);
-  EXPECT_EQ(copyDirectoryFiles(src() / "*.*", src() / "sub" / "x"), NPlatform::kCopyDestinationInSource);
-  EXPECT_FALSE(fs::exists(src() / "inner"));
-  EXPECT_FALSE(fs::exists(src() / "sub" / "x"));
-}
-
-TEST_F(FileCopyTest, CopyOntoItselfKeepsTheFiles) {
+  // Onto itself: the files stay.
   EXPECT_EQ(copyDirectoryFiles(src() / "*.xml", src()), 0);
   EXPECT_EQ(readFile(src() / "a.xml"), "<a/>\n");
 }
 
-TEST_F(FileCopyTest, TargetThatIsAFileFails) {
+TEST_F(FileCopyTest, FailuresLeaveEverythingAsItWas) {
+  const fs::path to = tmp.path() / "target";
+  EXPECT_EQ(copyDirectoryFiles(tmp.path() / "nope", to), NPlatform::kCopySourceMissing);
+  EXPECT_EQ(copyDirectoryFiles(tmp.path() / "nope" / "*.*", to), NPlatform::kCopySourceMissing);
+  EXPECT_FALSE(fs::exists(to));
+  EXPECT_EQ(copyDirectoryFiles(src(), src() / "inner"), NPlatform::kCopyDestinationInSource);
+  EXPECT_EQ(copyDirectoryFiles(src() / "*.*", src() / "sub" / "x"), NPlatform::kCopyDestinationInSource);
+  EXPECT_FALSE(fs::exists(src() / "inner"));
+  EXPECT_FALSE(fs::exists(src() / "sub" / "x"));
+  // A target that is a file, and a file over a directory of the same name.
   writeFile(tmp.path() / "plain", "x");
   EXPECT_NE(copyDirectoryFiles(src() / "*.*", tmp.path() / "plain"), 0);
   EXPECT_EQ(readFile(tmp.path() / "plain"), "x");
-}
-
-TEST_F(FileCopyTest, FileOverDirectoryOfTheSameNameFails) {
-  const fs::path to = tmp.path() / "t";
   writeFile(to / "a.xml" / "inside", "x");
   EXPECT_NE(copyDirectoryFiles(src() / "*.*", to), 0);
   EXPECT_EQ(readFile(to / "a.xml" / "inside"), "x");
