@@ -149,29 +149,27 @@ TEST_F(SymConfigTest, FillingFromAMappingUsesTheKnownTablesAndTheFittingScale) {
 // ---------------------------------------------------------------------------
 // Symbol name map
 
-TEST_F(SymConfigTest, NameMapReaderSplitsOnlyAtTheSeparator) {
+TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecord) {
   writeFile(file("map.txt"),
-            "  /lib/a/x\tpart with blanks\tT_X  \n\n/lib/b\tp\n/lib/c\tp\tT_C\textra\tmore\n/lib/d\t\tT_D\n");
+            "  /lib/a/x\tpart with blanks\tT_X  \n\n/lib/b\tp\n/lib/c\tp\tT_C\textra\tmore\n"
+            "/lib/d\t\tT_D\n/lib/c\tq\tC2\n");
   SymNameMapManager map;
   map.setRecord("/earlier", "e", "E");
   ASSERT_TRUE(map.read(file("map.txt"), component, translation, "\t"));
-  EXPECT_EQ(dump(map), "/earlier|e|E\n/lib/a/x|part with blanks|T_X\n/lib/c|p|T_C\n/lib/d||T_D\n");
+  EXPECT_EQ(dump(map), "/earlier|e|E\n/lib/a/x|part with blanks|T_X\n/lib/c|p|T_C\n/lib/d||T_D\n/lib/c|q|C2\n");
   const std::string reading = "Reading symbol name mapping file:  following line contains ";
   EXPECT_EQ(
       host.lines(),
       both({{"DEBUG", "Reading symbol name mapping file: " + file("map.txt")},
             {"WARN", reading + "not enough data, so will be skipped: /lib/b\tp"},
             {"WARN", reading + "some extra data. This extra data will be skipped: /lib/c\tp\tT_C\textra\tmore"}}));
-}
 
-TEST_F(SymConfigTest, NameMapSetReplacesTheFirstRecordAndWriteUsesPlainSeparator) {
-  writeFile(file("map.txt"), "/a\tp\tA\n/b\tp\tB\n/a\tq\tA2\n");
-  SymNameMapManager map;
-  ASSERT_TRUE(map.read(file("map.txt"), component, translation, "\t"));
-  map.setRecord("/a", "new", "N");
-  map.setRecord("/c", "p", "C");
+  map.setRecord("/lib/c", "new", "N");
+  map.setRecord("/z", "p", "Z");
   ASSERT_TRUE(map.write(file("out.txt"), component, translation, "\t"));
-  EXPECT_EQ(readFile(file("out.txt")), "/a\tnew\tN\n/b\tp\tB\n/a\tq\tA2\n/c\tp\tC\n");
+  EXPECT_EQ(
+      readFile(file("out.txt")),
+      "/earlier\te\tE\n/lib/a/x\tpart with blanks\tT_X\n/lib/c\tnew\tN\n/lib/d\t\tT_D\n/lib/c\tq\tC2\n/z\tp\tZ\n");
   // The separator is a regular expression when reading and plain text when writing.
   ASSERT_TRUE(map.write(file("dots.txt"), component, translation, "."));
   SymNameMapManager dots;

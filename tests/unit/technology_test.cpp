@@ -42,10 +42,6 @@ struct TechnologyTest : StartedHostTest {
     host.parameters()["geom path"] = geoms.string();
     writeFile(technologyDir / "technology_list.xml", list);
   }
-  std::string listWith(const std::string& containerFile) {
-    return "<rig><geom_data><technologies><list><technology id='default' container_def_file='" + containerFile +
-           "'/></list></technologies></geom_data></rig>";
-  }
   std::string containers() { return readFile(technologyDir / "default_containers.xml"); }
 };
 
@@ -126,8 +122,17 @@ TEST_F(TechnologyTest, DefaultEntryIsReplacedAndOtherTechnologiesStay) {
                                    "component DEBUG Building list of geometry containers"}));
 }
 
-TEST_F(TechnologyTest, MissingContainerFileIsCreatedAndEmptyRootWarns) {
+TEST_F(TechnologyTest, EmptyOrStaleGeometryPathMakesNothingAndAnEmptyRootWarns) {
   prepare({});
+  for (const std::string& root :
+       {std::string(), (tmp.path() / "gone").string(), (technologyDir / "technology_list.xml").string()}) {
+    host.parameters()["geom path"] = root;
+    host.clearRecords();
+    EXPECT_FALSE(createDefault()) << root;
+    EXPECT_EQ(host.lines(), (Strings{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
+    EXPECT_FALSE(fs::exists(technologyDir / "default_containers.xml")) << root;
+  }
+  host.parameters()["geom path"] = geoms.string();
   ASSERT_TRUE(createDefault());
   EXPECT_EQ(containers(), kDecl +
                               "<rig>\n  <geom_data>\n    <technologies>\n      <containers id=\"default\" />\n"
@@ -136,24 +141,6 @@ TEST_F(TechnologyTest, MissingContainerFileIsCreatedAndEmptyRootWarns) {
       "There are no geometry containers (subdirectories) in geometry root: '" + geoms.string() + "'.";
   EXPECT_EQ(host.texts("translation", "WARN"), Strings{warning});
   EXPECT_EQ(host.texts("component", "WARN"), Strings{warning});
-}
-
-TEST_F(TechnologyTest, EmptyOrStaleGeometryPathTouchesNothing) {
-  prepare({});
-  const std::string original =
-      "<rig><geom_data><technologies><containers id='default'/></technologies></geom_data></rig>";
-  writeFile(technologyDir / "default_containers.xml", original);
-  for (const std::string& root :
-       {std::string(), (tmp.path() / "gone").string(), (technologyDir / "technology_list.xml").string()}) {
-    host.parameters()["geom path"] = root;
-    host.clearRecords();
-    EXPECT_FALSE(createDefault()) << root;
-    EXPECT_EQ(host.lines(), (Strings{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
-    EXPECT_EQ(containers(), original);
-  }
-  fs::remove(technologyDir / "default_containers.xml");
-  EXPECT_FALSE(createDefault());
-  EXPECT_FALSE(fs::exists(technologyDir / "default_containers.xml")) << "nor is a missing file made";
 }
 
 TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
@@ -182,7 +169,9 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
 
   // A container file named with its directory is used as it stands.
   const fs::path unwritable = tmp.path() / "no" / "c.xml";
-  writeFile(technologyDir / "technology_list.xml", listWith(unwritable.string()));
+  writeFile(technologyDir / "technology_list.xml",
+            "<rig><geom_data><technologies><list><technology id='default' container_def_file='" + unwritable.string() +
+                "'/></list></technologies></geom_data></rig>");
   EXPECT_FALSE(createDefault());
   EXPECT_TRUE(
       host.logged("translation", "FATAL", "Cannot save technology containers file: '" + unwritable.string() + "'."));
