@@ -22,12 +22,6 @@ t.write(container_file, [[<rig><geom_data><technologies>
 <containers id="default"><container directory="old" cell_partition=""/></containers>
 </technologies></geom_data></rig>]])
 
--- Without a geometry root the step does nothing, and says nothing of it.
-host.clear_messages()
-t.eq(create_default_container("CORP_LIB", "", examples), false, "no geom path yet")
-t.eq(#t.lines(), 2, "only the opening message on both sinks")
-t.eq(t.read(container_file):sub(1, 5), "<rig>", "container file untouched")
-
 local make_location_map = dofile(examples .. "/make_location_map.lua")
 local map = make_location_map(examples, scratch)
 t.eq(obtain_vlt_geom_path("CORP_LIB", map, examples), true, "geometry path")
