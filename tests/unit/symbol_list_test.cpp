@@ -35,7 +35,7 @@ std::vector<std::string> uses(const CSymbolListItem& item) {
   return out;
 }
 
-TEST(SymbolListItem, PathsAreNormalised) {
+TEST(SymbolListItem, PathsAreNormalisedAndChecked) {
   EXPECT_TRUE(CSymbolListItem(nullptr, "").empty());
   CSymbolListItem a(nullptr, "'C:\\lib\\sym\"s\\nand'");
   EXPECT_EQ(a.getPath(), "C:/lib/syms/nand");
@@ -45,16 +45,12 @@ TEST(SymbolListItem, PathsAreNormalised) {
   EXPECT_TRUE(CSymbolListItem(nullptr, "", "y").empty());
   EXPECT_TRUE(CSymbolListItem(nullptr, "d", "").empty());
   EXPECT_EQ(CSymbolListItem(nullptr, "alone").getDirectory(), "alone");
-}
 
-TEST(SymbolListItem, ValidityAndItsReports) {
   CRecordingLogger log;
   EXPECT_TRUE(CSymbolListItem(nullptr, "a/b").isValid(&log));
   EXPECT_FALSE(CSymbolListItem(nullptr, "ab").isValid(&log));
-  CSymbolListItem other(nullptr, std::make_unique<TLXNode>(nullptr, 1, "CATALOG"));
-  EXPECT_FALSE(other.isValid(&log));
-  CSymbolListItem bare(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
-  EXPECT_FALSE(bare.isValid(&log));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "CATALOG")).isValid(&log));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH")).isValid(&log));
   CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
   quoted.root->addValue("'a\\b'");
   EXPECT_TRUE(quoted.isValid(nullptr));
@@ -73,20 +69,11 @@ TEST(SymbolListItem, UsesAndPinMapsAreFoundOrMade) {
   item.addPinMap("cat", "P1", "NAND2", "nand_a", "A", "A[0:2]");  // updated in place
   item.addPinMap("cat", "P2", "NAND2", "nand_a", "B", "B[0:1]");
   EXPECT_EQ(dump(item),
-            ".SK_SYMBOL_PATH lib/nand\n"
-            "..CATALOG cat\n"
-            "...QRN_PART P1\n"
-            "....QRN_COMP NAND2\n"
-            ".....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n"
-            ".......SK_PIN A\n"
-            ".......TD_PIN A[0:2]\n"
-            "...QRN_PART P2\n"
-            "....QRN_COMP NAND2\n"
-            ".....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n"
-            ".......SK_PIN B\n"
-            ".......TD_PIN B[0:1]\n");
+            ".SK_SYMBOL_PATH lib/nand\n..CATALOG cat\n"
+            "...QRN_PART P1\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
+            "...QRN_PART P2\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n");
   CSymbolListItem empty;
   empty.addPinMap("c", "p", "x", "s", "A", "B");
   EXPECT_TRUE(empty.empty());
