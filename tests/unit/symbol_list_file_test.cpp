@@ -48,12 +48,9 @@ const char* const kRich =
     "...DEEPER \n"
     ".SK_SYMBOL_PATH /lib/x\n";
 
-TEST_F(ListFileTest, RoundTripIsByteExact) {
+TEST_F(ListFileTest, RoundTripIsByteExactAndMultiValueNodesArePadded) {
   EXPECT_EQ(rewrite(kRich), kRich);
   EXPECT_EQ(rewrite(kRich), kRich);
-}
-
-TEST_F(ListFileTest, MultiValueNodesAreWrittenPadded) {
   // "extra" follows a level 2 keyword line, so it is a second value of the
   // item's root; written in the multi-value form it reads back as a value
   // of the file's root, which the list drops.
@@ -63,7 +60,7 @@ TEST_F(ListFileTest, MultiValueNodesAreWrittenPadded) {
   EXPECT_EQ(rewrite(once), ".SK_SYMBOL_PATH a/b\n..X 1\n..Y \n");
 }
 
-TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStand) {
+TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStandAndReportsFailures) {
   writeFile(file("a.caf"),
             "! list\n.OTHER x\n..SK_SYMBOL_PATH hidden/under\n.SK_SYMBOL_PATH noslash\n"
             ".SK_SYMBOL_PATH a\\b\n.SK_SYMBOL_PATH a\\b\n..CATALOG c\n.sk_symbol_path l/m\n");
@@ -73,14 +70,12 @@ TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStand) {
   EXPECT_EQ(reader.list().begin()->getPath(), "a\\b");
   EXPECT_EQ(std::next(reader.list().begin())->root->children.size(), 1u);
   EXPECT_TRUE(log.messages.empty());
-}
 
-TEST_F(ListFileTest, ReaderFailures) {
-  CSymbolListFileReader reader(&log);
-  EXPECT_FALSE(reader.read(file("missing.caf")));
+  CSymbolListFileReader failing(&log);
+  EXPECT_FALSE(failing.read(file("missing.caf")));
   writeFile(file("bad.caf"), ".SK_SYMBOL_PATH a/b\n...C\n");
-  EXPECT_FALSE(reader.read(file("bad.caf")));
-  EXPECT_TRUE(reader.list().empty());
+  EXPECT_FALSE(failing.read(file("bad.caf")));
+  EXPECT_TRUE(failing.list().empty());
   EXPECT_EQ(log.messages, (std::vector<std::string>{
                               "5 Cannot open the following symbol list file for reading: ",
                               "5 Inconsistency found (too many dots) at line: 2",
@@ -88,48 +83,17 @@ TEST_F(ListFileTest, ReaderFailures) {
                           }));
 }
 
-TEST_F(ListFileTest, WriterWritesAtDestructionOnly) {
-  std::string name = file("w.sym_list.caf");
-  {
-    CSymbolListFileWriter writer(&log);
-    ASSERT_TRUE(writer.open(name));
-    EXPECT_TRUE(writer.add("'C:\\lib'", "sym"));
-    CSymbolListItem item(nullptr, "C:/lib/sym");
-    item.addPinMap("c", "p", "x", "sym", "A", "A[0:1]");
-    writer.list().add(item);
-    EXPECT_FALSE(boost::filesystem::exists(name));
-  }
-  EXPECT_EQ(readFile(name),
-            ".SK_SYMBOL_PATH C:/lib/sym\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL sym\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:1]\n");
-  EXPECT_TRUE(log.messages.empty());
-}
-
-TEST_F(ListFileTest, EmptyListGivesAnEmptyFileAndUnopenedWritersWriteNothing) {
+TEST_F(ListFileTest, EmptyListsUnopenedWritersAndReadingExistingFiles) {
   writeFile(file("old.caf"), ".SK_SYMBOL_PATH a/b\n");
   {
     CSymbolListFileWriter writer;
     writer.open(file("old.caf"));
+    CSymbolListFileWriter unopened;
+    unopened.add("a", "b");
+    CSymbolListFileWriter missing(&log);
+    EXPECT_TRUE(missing.open(file("new.caf"), true));  // a missing file is no fault
   }
   EXPECT_EQ(readFile(file("old.caf")), "");
-  {
-    CSymbolListFileWriter writer;
-    writer.add("a", "b");
-  }
-  {
-    CSymbolListFileReader reader;
-    reader.read(file("old.caf"));
-    reader.list().add(CSymbolListItem(nullptr, "x/y"));
-  }
-  EXPECT_EQ(readFile(file("old.caf")), "");
-}
-
-TEST_F(ListFileTest, OpenWithReadExisting) {
-  {
-    CSymbolListFileWriter writer(&log);
-    EXPECT_TRUE(writer.open(file("new.caf"), true));  // a missing file is no fault
-    EXPECT_TRUE(writer.list().empty());
-  }
   EXPECT_EQ(readFile(file("new.caf")), "");
 
   writeFile(file("cat.caf"), ".SK_SYMBOL_PATH l/s\n..CATALOG c\n");
@@ -145,8 +109,7 @@ TEST_F(ListFileTest, OpenWithReadExisting) {
   EXPECT_TRUE(log.messages.empty());
 }
 
-TEST_F(ListFileTest, DamagedFileSurvivesAnOpenThatReads) {
-  const std::string damaged = ".SK_SYMBOL_PATH l/s\nstray\n..\n";
+TEST_F(ListFileTest, DamagedOrUnwritableFilesAreReportedAndKept) {
   writeFile(file("d.caf"), "stray\n.SK_SYMBOL_PATH l/s\n");
   {
     CSymbolListFileWriter writer(&log);
@@ -155,48 +118,44 @@ TEST_F(ListFileTest, DamagedFileSurvivesAnOpenThatReads) {
     writer.add("l", "t");
   }
   EXPECT_EQ(readFile(file("d.caf")), "stray\n.SK_SYMBOL_PATH l/s\n");
-  EXPECT_EQ(log.messages, (std::vector<std::string>{
-                              "5 Inconsistency found (argument without keyword) at line: 1",
-                              "5 Problem found during reading from the following symbol list file: ",
-                          }));
-  writeFile(file("e.caf"), damaged);
-  {
-    CSymbolListFileWriter writer;
-    EXPECT_FALSE(writer.open(file("e.caf"), true));
-  }
-  EXPECT_EQ(readFile(file("e.caf")), damaged);
-}
-
-TEST_F(ListFileTest, UnwritableFileIsReported) {
-  std::string name = file("no/such/dir/x.caf");
+  const std::string name = file("no/such/dir/x.caf");
   {
     CSymbolListFileWriter writer(&log);
     ASSERT_TRUE(writer.open(name));
     writer.add("a", "b");
   }
-  EXPECT_EQ(log.messages,
-            std::vector<std::string>{"5 Cannot open the following symbol list file for writing: " + name});
+  EXPECT_EQ(log.messages, (std::vector<std::string>{
+                              "5 Inconsistency found (argument without keyword) at line: 1",
+                              "5 Problem found during reading from the following symbol list file: ",
+                              "5 Cannot open the following symbol list file for writing: " + name,
+                          }));
 }
 
-TEST_F(ListFileTest, WritersInAMapWriteWhenTheMapGoes) {
+// Writers write when they go, also when moved into a map.
+TEST_F(ListFileTest, WritersWriteAtDestructionOnly) {
   {
     std::map<std::string, CSymbolListFileWriter> writers;
     for (const char* part : {"p1", "p2"}) {
       CSymbolListFileWriter writer(&log);
-      writer.open(file(std::string(part) + ".sym_list.caf"));
+      ASSERT_TRUE(writer.open(file(std::string(part) + ".sym_list.caf")));
       writers.emplace(part, std::move(writer));
     }
-    writers.at("p1").add("lib", "one");
+    EXPECT_TRUE(writers.at("p1").add("'C:\\lib'", "sym"));
+    CSymbolListItem item(nullptr, "C:/lib/sym");
+    item.addPinMap("c", "p", "x", "sym", "A", "A[0:1]");
+    writers.at("p1").list().add(item);
     writers.at("p2").add("lib", "two");
     EXPECT_FALSE(boost::filesystem::exists(file("p1.sym_list.caf")));
   }
-  EXPECT_EQ(readFile(file("p1.sym_list.caf")), ".SK_SYMBOL_PATH lib/one\n");
+  EXPECT_EQ(readFile(file("p1.sym_list.caf")),
+            ".SK_SYMBOL_PATH C:/lib/sym\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL sym\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:1]\n");
   EXPECT_EQ(readFile(file("p2.sym_list.caf")), ".SK_SYMBOL_PATH lib/two\n");
+  EXPECT_TRUE(log.messages.empty());
 }
 
 TEST(SymbolListNames, PatternsAndStems) {
   using namespace rig_common::symbol;
-  EXPECT_STREQ(kSymbolListSuffix, ".sym_list.caf");
   EXPECT_TRUE(isSymbolListFileName("cells.sym_list.caf"));
   EXPECT_FALSE(isSymbolListFileName(".sym_list.caf"));
   EXPECT_FALSE(isSymbolListFileName("cells.sym_list.caf.bak"));
@@ -218,8 +177,7 @@ TEST_F(ListFileTest, PartListRules) {
   EXPECT_TRUE(parts.contains("cat1", "AB 123"));
   EXPECT_FALSE(parts.contains("cat1", "ab 123"));
   EXPECT_FALSE(parts.contains("cat3", ""));
-  CPartListFileReader missing;
-  EXPECT_FALSE(missing.read(file("none.caf")));
+  EXPECT_FALSE(CPartListFileReader().read(file("none.caf")));
 }
 
 }  // namespace

@@ -35,33 +35,22 @@ std::vector<std::string> uses(const CSymbolListItem& item) {
   return out;
 }
 
-TEST(SymbolListItem, PathsAreNormalised) {
+TEST(SymbolListItem, PathsAreNormalisedAndChecked) {
   EXPECT_TRUE(CSymbolListItem(nullptr, "").empty());
-  EXPECT_EQ(CSymbolListItem(nullptr, "").getPath(), "");
-  EXPECT_EQ(CSymbolListItem(nullptr, "").getName(), "");
   CSymbolListItem a(nullptr, "'C:\\lib\\sym\"s\\nand'");
   EXPECT_EQ(a.getPath(), "C:/lib/syms/nand");
   EXPECT_EQ(a.getDirectory(), "C:/lib/syms");
   EXPECT_EQ(a.getName(), "nand");
-  EXPECT_EQ(a.root->keyword, "SK_SYMBOL_PATH");
-  EXPECT_EQ(a.root->level, 1u);
-  CSymbolListItem b(nullptr, "\"d:\\x\"", "'y'");
-  EXPECT_EQ(b.getPath(), "d:/x/y");
+  EXPECT_EQ(CSymbolListItem(nullptr, "\"d:\\x\"", "'y'").getPath(), "d:/x/y");
   EXPECT_TRUE(CSymbolListItem(nullptr, "", "y").empty());
   EXPECT_TRUE(CSymbolListItem(nullptr, "d", "").empty());
-  CSymbolListItem flat(nullptr, "alone");
-  EXPECT_EQ(flat.getName(), "alone");
-  EXPECT_EQ(flat.getDirectory(), "alone");
-}
+  EXPECT_EQ(CSymbolListItem(nullptr, "alone").getDirectory(), "alone");
 
-TEST(SymbolListItem, ValidityAndItsReports) {
   CRecordingLogger log;
   EXPECT_TRUE(CSymbolListItem(nullptr, "a/b").isValid(&log));
   EXPECT_FALSE(CSymbolListItem(nullptr, "ab").isValid(&log));
-  CSymbolListItem other(nullptr, std::make_unique<TLXNode>(nullptr, 1, "CATALOG"));
-  EXPECT_FALSE(other.isValid(&log));
-  CSymbolListItem bare(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
-  EXPECT_FALSE(bare.isValid(&log));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "CATALOG")).isValid(&log));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH")).isValid(&log));
   CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
   quoted.root->addValue("'a\\b'");
   EXPECT_TRUE(quoted.isValid(nullptr));
@@ -80,47 +69,31 @@ TEST(SymbolListItem, UsesAndPinMapsAreFoundOrMade) {
   item.addPinMap("cat", "P1", "NAND2", "nand_a", "A", "A[0:2]");  // updated in place
   item.addPinMap("cat", "P2", "NAND2", "nand_a", "B", "B[0:1]");
   EXPECT_EQ(dump(item),
-            ".SK_SYMBOL_PATH lib/nand\n"
-            "..CATALOG cat\n"
-            "...QRN_PART P1\n"
-            "....QRN_COMP NAND2\n"
-            ".....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n"
-            ".......SK_PIN A\n"
-            ".......TD_PIN A[0:2]\n"
-            "...QRN_PART P2\n"
-            "....QRN_COMP NAND2\n"
-            ".....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n"
-            ".......SK_PIN B\n"
-            ".......TD_PIN B[0:1]\n");
+            ".SK_SYMBOL_PATH lib/nand\n..CATALOG cat\n"
+            "...QRN_PART P1\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
+            "...QRN_PART P2\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n");
   CSymbolListItem empty;
   empty.addPinMap("c", "p", "x", "s", "A", "B");
   EXPECT_TRUE(empty.empty());
-}
-
-TEST(SymbolListItem, TargetPinWithoutValueGetsOne) {
-  CSymbolListItem item(nullptr, "lib/s");
-  TLXNode* sym = item.addSymbolUse("c", "p", "x", "s");
-  TLXNode* map = sym->addChildWithoutValue("LOGIC_PIN_MAP");
-  map->addChild("SK_PIN", "A");
-  map->addChildWithoutValue("TD_PIN");
-  item.addPinMap("c", "p", "x", "s", "A", "A[0:3]");
+  // A target pin without a value gets one.
+  TLXNode* map = item.firstUse().symbol->children[0];
+  map->children[1]->values.clear();
+  item.addPinMap("cat", "P1", "NAND2", "nand_a", "A", "A[0:3]");
   EXPECT_EQ(map->children[1]->values, std::vector<std::string>{"A[0:3]"});
-  EXPECT_EQ(sym->children.size(), 1u);
+  EXPECT_EQ(item.firstUse().symbol->children.size(), 1u);
 }
 
-TEST(SymbolListItem, FindingByValueSkipsNodesWithoutValue) {
-  CSymbolListItem item(nullptr, "lib/s");
-  item.root->addChildWithoutValue("CATALOG");
-  item.root->addChild("CATALOG", "first");
-  item.root->addChild("CATALOG", "second");
-  EXPECT_EQ(rig_common::symbol::findChildByValue(item.root.get(), "CATALOG", "")->valueAt(0), "first");
-  EXPECT_EQ(rig_common::symbol::findChildByValue(item.root.get(), "CATALOG", "second")->valueAt(0), "second");
-  EXPECT_EQ(rig_common::symbol::findChildByValue(item.root.get(), "CATALOG", "Second"), nullptr);
-}
+TEST(SymbolListItem, FindingAndWalkingSkipNodesWithoutValue) {
+  CSymbolListItem found(nullptr, "lib/s");
+  found.root->addChildWithoutValue("CATALOG");
+  found.root->addChild("CATALOG", "first");
+  found.root->addChild("CATALOG", "second");
+  EXPECT_EQ(rig_common::symbol::findChildByValue(found.root.get(), "CATALOG", "")->valueAt(0), "first");
+  EXPECT_EQ(rig_common::symbol::findChildByValue(found.root.get(), "CATALOG", "second")->valueAt(0), "second");
+  EXPECT_EQ(rig_common::symbol::findChildByValue(found.root.get(), "CATALOG", "Second"), nullptr);
 
-TEST(SymbolListItem, WalkOfUsesSkipsNodesWithoutValue) {
   CSymbolListItem item(nullptr, "lib/s");
   EXPECT_TRUE(item.firstUse().atEnd());
   item.addSymbolUse("c1", "p1", "x", "s1");
@@ -131,8 +104,6 @@ TEST(SymbolListItem, WalkOfUsesSkipsNodesWithoutValue) {
   noValue->addChild("QRN_COMP", "hidden")->addChild("QRN_SYMBOL", "hidden");
   item.root->children[1]->children[0]->addChild("QRN_COMP", "nosym");
   EXPECT_EQ(uses(item), (std::vector<std::string>{"c1/p1/x/s1", "c1/p1/x/s2", "c1/p2/y/s3", "c2/p3/z/s4"}));
-  TSymbolUse first = item.firstUse();
-  EXPECT_EQ(first.root, item.root.get());
   EXPECT_TRUE(CSymbolListItem().firstUse().atEnd());
 }
 
@@ -149,58 +120,44 @@ TEST(SymbolListItem, NamePostfixIsSetOrReplaced) {
   EXPECT_EQ(dump(source).find("NAME_POSTFIX"), std::string::npos);  // the copy is deep
 }
 
-struct MergeTest : ::testing::Test {
-  CSymbolListItem own{nullptr, "lib/s"};
-  CSymbolListItem other{nullptr, "lib/s"};
-};
-
-TEST_F(MergeTest, OtherPathReplacesTheTree) {
-  own.addSymbolUse("c", "p", "x", "s");
-  CSymbolListItem third(nullptr, "lib/t");
+TEST(SymbolListItemMerge, OtherPathReplacesTheTreeAndMissingUsesBringTheirCatalog) {
+  CSymbolListItem own(nullptr, "lib/s"), other(nullptr, "lib/s"), third(nullptr, "lib/t");
+  own.addSymbolUse("x", "q", "y", "t");
   third.addSymbolUse("d", "q", "y", "t");
   own.merge(third);
   EXPECT_EQ(dump(own), dump(third));
   own.merge(CSymbolListItem());
   EXPECT_TRUE(own.empty());
-}
 
-TEST_F(MergeTest, MissingUseBringsTheWholeCatalog) {
-  own.addSymbolUse("c", "p1", "x", "s");
+  CSymbolListItem mine(nullptr, "lib/s");
+  mine.addSymbolUse("c", "p1", "x", "s");
   other.addSymbolUse("c", "p2", "x", "s");
   other.addSymbolUse("c", "p3", "x", "s");
-  own.merge(other);
-  // Each missing use copies the catalog again: it is present three times.
-  EXPECT_EQ(uses(own), (std::vector<std::string>{"c/p1/x/s", "c/p2/x/s", "c/p3/x/s", "c/p2/x/s", "c/p3/x/s"}));
-  EXPECT_EQ(own.root->children.size(), 3u);
-}
-
-TEST_F(MergeTest, NewCatalogIsAppended) {
-  own.addSymbolUse("c", "p", "x", "s");
   other.addSymbolUse("d", "p", "x", "s");
-  own.merge(other);
-  EXPECT_EQ(uses(own), (std::vector<std::string>{"c/p/x/s", "d/p/x/s"}));
+  mine.merge(other);
+  // Each missing use copies the catalog again: c is present three times; a
+  // new catalog is appended.
+  EXPECT_EQ(uses(mine),
+            (std::vector<std::string>{"c/p1/x/s", "c/p2/x/s", "c/p3/x/s", "c/p2/x/s", "c/p3/x/s", "d/p/x/s"}));
+  EXPECT_EQ(mine.root->children.size(), 4u);
 }
 
-TEST_F(MergeTest, PinMapWithSameSourcePinIsReplaced) {
+TEST(SymbolListItemMerge, PinMapWithSameSourcePinIsReplaced) {
+  CSymbolListItem own(nullptr, "lib/s"), other(nullptr, "lib/s");
   own.addPinMap("c", "p", "x", "s", "A", "A[0:1]");
   own.addPinMap("c", "p", "x", "s", "B", "B[0:1]");
   other.addPinMap("c", "p", "x", "s", "A", "A[0:5]");
   other.addPinMap("c", "p", "x", "s", "C", "C[0:2]");
-  TLXNode* otherSym = other.firstUse().symbol;
-  otherSym->addChild("NAME_POSTFIX", "_9");  // not looked at
+  other.firstUse().symbol->addChild("NAME_POSTFIX", "_9");  // not looked at
   own.merge(other);
-  EXPECT_EQ(dump(own),
-            ".SK_SYMBOL_PATH lib/s\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:5]\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN C\n.......TD_PIN C[0:2]\n");
-}
-
-TEST_F(MergeTest, MergeWithItselfChangesNothing) {
-  own.addPinMap("c", "p", "x", "s", "A", "A[0:1]");
-  std::string before = dump(own);
+  const std::string merged =
+      ".SK_SYMBOL_PATH lib/s\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n"
+      "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n"
+      "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:5]\n"
+      "......LOGIC_PIN_MAP \n.......SK_PIN C\n.......TD_PIN C[0:2]\n";
+  EXPECT_EQ(dump(own), merged);
   own.merge(own);
-  EXPECT_EQ(dump(own), before);
+  EXPECT_EQ(dump(own), merged);
 }
 
 TEST(SymbolList, AddMergesByExactPathAndKeepsOrder) {
@@ -221,6 +178,18 @@ TEST(SymbolList, AddMergesByExactPathAndKeepsOrder) {
   // The list holds copies.
   b.addSymbolUse("c9", "p", "x", "b");
   EXPECT_EQ(uses(*list.find("lib/b")).size(), 2u);
+  // append keeps duplicates, find gives the first, add merges into it.
+  CSymbolListItem one(nullptr, "a/x");
+  one.addSymbolUse("c", "p", "x", "first");
+  list.append(std::move(one));
+  list.append(CSymbolListItem(nullptr, "a/x"));
+  EXPECT_EQ(list.size(), 5u);
+  EXPECT_EQ(uses(*list.find("a/x")), std::vector<std::string>{"c/p/x/first"});
+  CSymbolListItem more(nullptr, "a/x");
+  more.addSymbolUse("c", "p", "x", "more");
+  list.add(more);
+  EXPECT_EQ(list.size(), 5u);
+  EXPECT_EQ(uses(*list.find("a/x")), (std::vector<std::string>{"c/p/x/first", "c/p/x/more"}));
 }
 
 TEST(SymbolList, AddAllAssignContainsClear) {
@@ -237,26 +206,8 @@ TEST(SymbolList, AddAllAssignContainsClear) {
   first.assign(std::vector<std::string>{"d\\1", "d/2", "d/1"});
   EXPECT_EQ(dump(first), ".SK_SYMBOL_PATH d/1\n.SK_SYMBOL_PATH d/2\n");
   EXPECT_FALSE(first.contains("a", "x"));
-  CSymbolList copy(first);
   first.clear();
   EXPECT_TRUE(first.empty());
-  EXPECT_EQ(copy.size(), 2u);
-  EXPECT_NE(copy.find("d/2"), nullptr);
-}
-
-TEST(SymbolList, AppendKeepsDuplicatesAndFindGivesTheFirst) {
-  CSymbolList list;
-  CSymbolListItem one(nullptr, "a/x");
-  one.addSymbolUse("c", "p", "x", "first");
-  list.append(std::move(one));
-  list.append(CSymbolListItem(nullptr, "a/x"));
-  EXPECT_EQ(list.size(), 2u);
-  EXPECT_EQ(uses(*list.find("a/x")), std::vector<std::string>{"c/p/x/first"});
-  CSymbolListItem more(nullptr, "a/x");
-  more.addSymbolUse("c", "p", "x", "more");
-  list.add(more);
-  EXPECT_EQ(list.size(), 2u);
-  EXPECT_EQ(uses(*list.find("a/x")).size(), 2u);
 }
 
 }  // namespace

@@ -11,25 +11,19 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-struct ChecksTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path lib, map, definition;
+struct ChecksTest : StartedHostTest {
+  fs::path lib, map;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
+    StartedHostTest::SetUp();
     lib = tmp.path() / "lib";
-    fs::create_directories(lib / "comps");
-    fs::create_directories(lib / "cells");
-    host.setWdir(tmp.str());
+    fs::create_directories(lib);
     host.setLibrary(lib.string());
     map = tmp.path() / "location_map";
-    writeFile(map, "QRN_LOCATION_MAP_1 force\n$LIB\n" + lib.string() + "\n/gone\n$EMPTY\n");
-    definition = lib / "vlt_library_definition.library_definition";
-    writeFile(definition, "released \"L\" {\n  C $LIB/comps -qrn_component\n  G $LIB/cells -qrn_geom\n");
+    writeFile(map, "QRN_LOCATION_MAP_1 force\n$LIB\n" + lib.string() + "\n");
+    writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  C $LIB -qrn_component\n");
     host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 };
 
 TEST_F(ChecksTest, EmptyAndUnreadableLocationMaps) {
