@@ -70,8 +70,9 @@ TEST(SampleLibrary, SymbolTreeAndSymbolFiles) {
 TEST(SampleLibrary, CatalogsNameWhatExists) {
   std::set<std::string> cells;
   for (fs::recursive_directory_iterator it(kExamples / "geoms"), end; it != end; ++it)
-    if (it->path().extension() == ".cell" && cells.insert(it->path().stem().string()).second)
+    if (it->path().extension() == ".cell" && cells.insert(it->path().stem().string()).second) {
       EXPECT_EQ(statements(it->path()).front(), (std::vector<std::string>{"CELL", it->path().stem().string()}));
+    }
   int blankSymbols = 0, partsWithTwoComponents = 0, parts = 0;
   for (const char* catalog : {"digital", "analog", "connectors"}) {
     ASSERT_TRUE(fs::is_regular_file(kExamples / "catalogs" / (std::string(catalog) + ".qrn_catalog.attr")));
@@ -83,8 +84,12 @@ TEST(SampleLibrary, CatalogsNameWhatExists) {
     for (const auto& words : lines) {
       if (words[0] == "PART") ++parts, components = 0;
       if (words[0] == "CONTAINER") container = resolve(words.at(1));
-      if (words[0] == "MAP_FILE") EXPECT_TRUE(fs::is_regular_file(resolve(words.at(1)))) << words[1];
-      if (words[0] == "GEOM") EXPECT_EQ(cells.count(words.at(1)), 1u) << words[1];
+      if (words[0] == "MAP_FILE") {
+        EXPECT_TRUE(fs::is_regular_file(resolve(words.at(1)))) << words[1];
+      }
+      if (words[0] == "GEOM") {
+        EXPECT_EQ(cells.count(words.at(1)), 1u) << words[1];
+      }
       if (words[0] == "COMPONENT" && ++components == 2) ++partsWithTwoComponents;
       if (words[0] != "SYMBOL") continue;
       if (words.at(1) == "-")
