@@ -231,6 +231,20 @@ std::vector<std::string> splitWindowsCommandLine(const std::string& line) {
   return words;
 }
 
+// The bodies the component hands to ksh are tool calls on paths; it writes
+// no variables or substitutions into them. A path may hold "$" or "`",
+// which ksh would expand inside the double quotes around a path, so they are
+// escaped and reach the tool as they stand.
+static std::string literalDollars(const std::string& body) {
+  std::string escaped;
+  escaped.reserve(body.size());
+  for (char c : body) {
+    if (c == '$' || c == '`') escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
 TCommandPlan parseCommandLine(const std::string& line) {
   static const char* const cmdNames[] = {"cmd", "cmd.exe", nullptr};
   static const char* const kshNames[] = {"ksh", "ksh.exe", nullptr};
@@ -243,7 +257,7 @@ TCommandPlan parseCommandLine(const std::string& line) {
     size_t last = rest.find_last_of('"');
     std::string body = rest;
     if (!rest.empty() && rest.front() == '"' && last > 0) body = rest.substr(1, last - 1);
-    plan.arguments = {"ksh", "-c", body};
+    plan.arguments = {"ksh", "-c", literalDollars(body)};
     return plan;
   }
   plan.arguments = splitWindowsCommandLine(line);

@@ -76,6 +76,9 @@ TEST(CommandLine, KshBodyBetweenTheQuotes) {
   EXPECT_EQ(plan.arguments, (TWords{"ksh", "-c", "\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1"}));
   EXPECT_TRUE(plan.redirections.empty());
   EXPECT_EQ(parseCommandLine("ksh -c exit 3").arguments, (TWords{"ksh", "-c", "exit 3"}));
+  // "$" and "`" of a path stay literal for ksh.
+  EXPECT_EQ(parseCommandLine("ksh -c \"t \"/a $x b/l\" `id`\"").arguments,
+            (TWords{"ksh", "-c", "t \"/a \\$x b/l\" \\`id\\`"}));
 }
 
 TEST(CommandLine, OtherLinesSplitLikeTheWindowsRuntime) {

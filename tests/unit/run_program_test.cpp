@@ -211,6 +211,12 @@ TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsRunsHereAndKeepsShellCharact
   fs::current_path(saved);
   ::close(stray);
   ASSERT_TRUE(ok);
+  // The same directory through ksh: the quoted path is not expanded either.
+  fs::current_path(tmp.path());
+  ok = start("ksh -c \"" + child() + " out=ksh >> " + toUnixPath(dir / "ksh.txt") + " 2>&1\"");
+  fs::current_path(saved);
+  ASSERT_TRUE(ok);
+  EXPECT_EQ(fileLines(tmp.path() / dir / "ksh.txt"), (TLines{"ksh"}));
   EXPECT_EQ(fileLines(tmp.path() / dir / "log.txt"),
             (TLines{"fd:0", "fd:1", "fd:2", "cwd:" + fs::canonical(tmp.path()).string(), "$HOME"}));
   EXPECT_FALSE(fs::exists(tmp.path() / "x"));

@@ -27,7 +27,9 @@ std::string getCatalogList(const std::string& libraryName, const std::string& lo
   TList1D* list = find1D(rid);
   const boost::regex candidate(".+\\.qrn_catalog\\.attr$");
   const boost::regex name("(.+)\\.qrn_catalog\\.attr$");
-  for (fs::directory_iterator it(catalogDir), end; it != end; ++it) {
+  // A catalog directory that does not exist lists no catalog.
+  boost::system::error_code error;
+  for (fs::directory_iterator it(catalogDir, error), end; !error && it != end; it.increment(error)) {
     if (fs::is_directory(it->status())) continue;
     const std::string leaf = it->path().filename().string();
     if (!boost::regex_match(leaf, candidate)) continue;

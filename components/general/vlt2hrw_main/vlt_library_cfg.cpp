@@ -314,6 +314,14 @@ namespace {
 // The part of one evaluation that a later step asks for.
 enum TCommonDir { kCatalogDir, kCompsDir, kGeomsDir };
 
+// A common path as a directory to open: the evaluation keeps the quoted
+// form of a path with a blank, which the file system does not know.
+std::string directoryOf(const std::string& commonPath) {
+  if (commonPath.size() >= 2 && commonPath.front() == '"' && commonPath.back() == '"')
+    return commonPath.substr(1, commonPath.size() - 2);
+  return commonPath;
+}
+
 std::string evaluateDirectory(const CScriptCall& call, TCommonDir which, const std::string& libraryName,
                               const std::string& locationMapFile, const std::string& libraryDir) {
   const fs::path file = fs::path(libraryDir) / kLibraryDefinitionFileName;
@@ -349,13 +357,13 @@ std::string evaluateDirectory(const CScriptCall& call, TCommonDir which, const s
   }
   switch (which) {
     case kCatalogDir:
-      return library.commonCatalogPath;
+      return directoryOf(library.commonCatalogPath);
     case kCompsDir:
-      return library.commonComponentPath;
+      return directoryOf(library.commonComponentPath);
     case kGeomsDir:
       break;
   }
-  return library.commonGeomPath;
+  return directoryOf(library.commonGeomPath);
 }
 
 }  // namespace
