@@ -74,7 +74,7 @@ TEST_F(CatalogTest, ListsTheSampleCatalogsAndSavesThem) {
 }
 
 TEST_F(CatalogTest, CatalogFileNamesNeedAStemAndTheSuffixCase) {
-  fs::path lib = tmp.path() / "lib";
+  fs::path lib = tmp.path() / "my $lib";  // a blank and a $ in the library path
   fs::create_directories(lib / "cats" / "dir.qrn_catalog.attr");
   writeFile(lib / "cats" / ".qrn_catalog.attr", "");
   writeFile(lib / "cats" / "X.QRN_CATALOG.ATTR", "");
