@@ -25,8 +25,9 @@ std::string item(TListRegistryPtr registry, const std::string& rid, int index);
 std::string item(TListRegistryPtr registry, const std::string& rid, int row, int column);
 
 // Typed access for the functions that fill or read lists; null for an
-// unknown RID.
-inline TList1D* find1D(const std::string& rid) { return static_cast<TList1D*>(find(gListRegistry, rid)); }
-inline TList2D* find2D(const std::string& rid) { return static_cast<TList2D*>(find(gListRegistry, rid)); }
+// unknown RID and for the RID of a list of the other kind, which a script
+// may hand over by mistake (the list's deleter tells its kind).
+TList1D* find1D(const std::string& rid);
+TList2D* find2D(const std::string& rid);
 
 }  // namespace NComponent

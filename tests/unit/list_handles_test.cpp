@@ -125,3 +125,32 @@ TEST_F(ListTest, RemovedRidIsUnknownAndNegativeColumnIsMissing) {
 }
 
 }  // namespace
+
+namespace {
+
+// A RID of the other kind is taken for an unknown one, never read as the
+// wrong type.
+TEST_F(ListTest, ListsOfTheOtherKindAreNotReadAsThisKind) {
+  std::string one = NComponent::new1DList();
+  std::string two = NComponent::new2DList();
+  NComponent::addItemTo1DList(one, "a");
+  NComponent::addTwoColItemTo2DList(two, "k", "v");
+  host.clearRecords();
+  EXPECT_EQ(get1DListSize(two), -1);
+  EXPECT_EQ(get1DListItem(two, 0), "");
+  EXPECT_EQ(get2DListSize(one), -1);
+  EXPECT_EQ(get2DListItem(one, 0, 0), "");
+  NComponent::addItemTo1DList(two, "x");
+  NComponent::addRowTo2DList(one);
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{"Invalid RID passed to add_item_to_1d_list() function.",
+                                      "Invalid RID passed to add_row_to_2d_list() function."}));
+  EXPECT_EQ(get1DListSize(one), 1);
+  EXPECT_EQ(get2DListSize(two), 1);
+  removeList(one);  // one handler removes either kind
+  removeList(two);
+  EXPECT_EQ(NComponent::find(NComponent::gListRegistry, one), nullptr);
+  EXPECT_EQ(NComponent::find(NComponent::gListRegistry, two), nullptr);
+}
+
+}  // namespace

@@ -18,12 +18,25 @@ class CItemMissing : public std::exception {
   const char* what() const noexcept override { return "Item does not exists."; }
 };
 
+// The deleter of a registry entry; its type is the list's kind.
+template <class TList>
+struct CListDeleter {
+  void operator()(void* list) const { delete static_cast<TList*>(list); }
+};
+
 template <class TList>
 std::string addList(const TListRegistryPtr& registry) {
-  boost::shared_ptr<TList> list(new TList);
-  std::string rid = std::to_string(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(list.get())));
-  (*registry)[rid] = list;
+  TList* list = new TList;
+  std::string rid = std::to_string(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(list)));
+  (*registry)[rid] = boost::shared_ptr<void>(static_cast<void*>(list), CListDeleter<TList>());
   return rid;
+}
+
+template <class TList>
+TList* findTyped(const TListRegistryPtr& registry, const std::string& rid) {
+  auto found = registry->find(rid);
+  if (found == registry->end() || boost::get_deleter<CListDeleter<TList>>(found->second) == nullptr) return nullptr;
+  return static_cast<TList*>(found->second.get());
 }
 
 }  // namespace
@@ -36,14 +49,17 @@ void* find(TListRegistryPtr registry, const std::string& rid) {
   return found == registry->end() ? nullptr : found->second.get();
 }
 
+TList1D* find1D(const std::string& rid) { return findTyped<TList1D>(gListRegistry, rid); }
+TList2D* find2D(const std::string& rid) { return findTyped<TList2D>(gListRegistry, rid); }
+
 std::string item(TListRegistryPtr registry, const std::string& rid, int index) {
-  auto* list = static_cast<TList1D*>(find(registry, rid));
+  auto* list = findTyped<TList1D>(registry, rid);
   if (list == nullptr || index < 0 || static_cast<size_t>(index) >= list->size()) throw CItemMissing();
   return (*list)[index];
 }
 
 std::string item(TListRegistryPtr registry, const std::string& rid, int row, int column) {
-  auto* list = static_cast<TList2D*>(find(registry, rid));
+  auto* list = findTyped<TList2D>(registry, rid);
   if (list == nullptr || row < 0 || static_cast<size_t>(row) >= list->size()) throw CItemMissing();
   const auto& cells = (*list)[row];
   if (column < 0 || static_cast<size_t>(column) >= cells.size()) throw CItemMissing();
