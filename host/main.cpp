@@ -106,6 +106,7 @@ int main(int argc, char** argv) {
   }
   if (i >= argc) return usage("no script given");
   const std::string script = argv[i++];
+  if (!fs::is_regular_file(script)) return usage("cannot read script " + script);
   std::vector<std::string> args(argv + i, argv + argc);
 
   std::unique_ptr<std::ofstream> logStream;
