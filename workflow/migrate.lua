@@ -5,7 +5,12 @@ local out = assert(arg[2], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
 local library = arg[3] or "CORP_LIB"
 
 local function step(title) print("== " .. title) end
-local function show(what, value) print(string.format("  %-38s %s", what, tostring(value))) end
+local failed = {}
+-- Prints a result; a step that answers false is remembered for the end.
+local function show(what, value)
+  print(string.format("  %-38s %s", what, tostring(value)))
+  if value == false then failed[#failed + 1] = what end
+end
 
 -- Prints the items of a 1D list and frees it.
 local function print_list(title, rid)
@@ -63,4 +68,7 @@ show("catalog properties without a target", #unmapped > 0 and table.concat(unmap
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())
 
+if #failed > 0 then
+  error("steps that failed: " .. table.concat(failed, ", ") .. "; see " .. out .. "/host.log", 0)
+end
 print("done; the log is in " .. out .. "/host.log")
