@@ -1,8 +1,13 @@
--- The default workflow: migrates the sample VLT library into a Central Library.
--- Usage: vlt2hrw-host workflow/migrate.lua EXAMPLES_DIR OUT_DIR
-local examples = assert(arg[1], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
-local out = assert(arg[2], "usage: migrate.lua EXAMPLES_DIR OUT_DIR")
+-- The default workflow: migrates a VLT library into a Central Library.
+-- Usage: vlt2hrw-host workflow/migrate.lua LIBRARY_DIR OUT_DIR [LIBRARY_NAME [LOCATION_MAP]]
+-- LIBRARY_DIR holds vlt_library_definition.library_definition; OUT_DIR
+-- receives the working directory. Without LOCATION_MAP the map is written
+-- by LIBRARY_DIR/make_location_map.lua, as the sample library ships it.
+local usage = "usage: migrate.lua LIBRARY_DIR OUT_DIR [LIBRARY_NAME [LOCATION_MAP]]"
+local examples = assert(arg[1], usage)
+local out = assert(arg[2], usage)
 local library = arg[3] or "CORP_LIB"
+local given_location_map = arg[4]
 
 local function step(title) print("== " .. title) end
 local failed = {}
@@ -31,8 +36,11 @@ step("Working directory")
 show("working directory created", create_wdir(wdir))
 
 step("Source library")
-local make_location_map = dofile(examples .. "/make_location_map.lua")
-local location_map = make_location_map(examples, out)
+local location_map = given_location_map
+if not location_map then
+  local make_location_map = dofile(examples .. "/make_location_map.lua")
+  location_map = make_location_map(examples, out)
+end
 show("location map", location_map)
 show("location map checked", check_qrn_location_map(location_map))
 show("library definition checked", check_vlt_library_definition_file(examples))
