@@ -77,6 +77,6 @@ step("Target Central Library")
 show("target library prepared", prepare_target_cl())
 
 if #failed > 0 then
-  error("steps that failed: " .. table.concat(failed, ", ") .. "; see " .. out .. "/host.log", 0)
+  error("steps that failed: " .. table.concat(failed, ", ") .. "; see the host log", 0)
 end
-print("done; the log is in " .. out .. "/host.log")
+print("done")
