@@ -34,6 +34,12 @@ void CFakeHost::release() {
   if (params.releaseComponent != nullptr) params.releaseComponent();
 }
 
+log4cxx::LoggerPtr CFakeHost::logger(const std::string& service) {
+  log4cxx::LoggerPtr served;
+  services().requestService(service, nullptr, &served);
+  return served;
+}
+
 std::vector<std::string> CFakeHost::lines() const {
   std::vector<std::string> out;
   for (const auto& r : records()) out.push_back(r.sink + " " + r.level + " " + r.message);

@@ -38,6 +38,10 @@ class CFakeHost : public vlthost::CHostCore {
   std::vector<std::string> texts(const std::string& sink, const std::string& level) const;
   bool logged(const std::string& sink, const std::string& level, const std::string& text) const;
 
+  // A logger the host serves by that service name ("get component
+  // translation logger", "get component initialization logger").
+  log4cxx::LoggerPtr logger(const std::string& service);
+
   void setWdir(const std::string& dir) { setService("get wdir", dir); }
   void setLibrary(const std::string& dir) { setService("get library location", dir); }
 

@@ -185,9 +185,7 @@ TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPath) {
 TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
   CFakeHost host;
   CTempDir tmp;
-  log4cxx::LoggerPtr translation;
-  NComponent::TPlatformServices s = host.services();
-  s.requestService("get component translation logger", nullptr, &translation);
+  log4cxx::LoggerPtr translation = host.logger("get component translation logger");
   writeFile(tmp.path() / "c_neut.tlx",
             "! written by hand\n"
             ".QRN_PART \"P-2\"\n"
@@ -226,9 +224,7 @@ TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
 TEST(NeutralCatalogs, UnparsableFileFails) {
   CFakeHost host;
   CTempDir tmp;
-  log4cxx::LoggerPtr translation;
-  NComponent::TPlatformServices s = host.services();
-  s.requestService("get component translation logger", nullptr, &translation);
+  log4cxx::LoggerPtr translation = host.logger("get component translation logger");
   writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
   NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{});
   EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", translation, log4cxx::LoggerPtr()));

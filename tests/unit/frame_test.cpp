@@ -135,9 +135,7 @@ TEST_F(FrameTest, FailedComponentLoggerLeavesTranslationSinkWorking) {
 
 TEST(LoggerFacade, LevelsMapAndUnknownLevelsAreDropped) {
   CFakeHost host;
-  log4cxx::LoggerPtr init;
-  NComponent::TPlatformServices s = host.services();
-  s.requestService("get component initialization logger", nullptr, &init);
+  log4cxx::LoggerPtr init = host.logger("get component initialization logger");
   rig_common::log4rig::Log4Cxx facade(init, log4cxx::LoggerPtr());
   for (int level = 0; level <= 8; ++level) facade(level, "m" + std::to_string(level));
   EXPECT_EQ(host.lines(), (std::vector<std::string>{"init DEBUG m2", "init INFO m3", "init WARN m4", "init ERROR m5",
@@ -156,9 +154,7 @@ std::ostream& operator<<(std::ostream& out, const CCountingValue& v) {
 TEST(LoggerFacade, NoTextIsBuiltBehindADisabledLevel) {
   CFakeHost host;
   host.setLevel("INFO");
-  log4cxx::LoggerPtr init;
-  NComponent::TPlatformServices s = host.services();
-  s.requestService("get component initialization logger", nullptr, &init);
+  log4cxx::LoggerPtr init = host.logger("get component initialization logger");
   int built = 0;
   RIG_LOG(init, log4cxx::LoggerPtr(), RIG_LEVEL(Debug), "x " << CCountingValue{&built});
   EXPECT_EQ(built, 0);
