@@ -24,8 +24,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/log4rig.hpp"
 #include "common/tlx_values.hpp"
-#include "components/hpp/impl/log4rig_impl.hpp"
 
 namespace rig_common {
 namespace TLXHandler {

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "components/hpp/impl/log4rig_impl.hpp"
+#include "common/log4rig.hpp"
 
 namespace NMarkupCore {
 
@@ -199,7 +199,7 @@ bool CXML_Parser::parse(const std::string& path, log4cxx::LoggerPtr logger) {
       mImpl->document.load_file(path.c_str(), pugi::parse_default | pugi::parse_declaration | pugi::parse_comments);
   if (result) return true;
   mImpl->document.reset();
-  VLT_LOG1(logger, Error,
+  RIG_LOG1(logger, Error,
            "XML parse error in '" << path << "': " << result.description() << " at offset " << result.offset << ".");
   return false;
 }
@@ -221,7 +221,7 @@ bool CXML_Parser::write(const std::string& path, log4cxx::LoggerPtr logger) {
   if (!saved || error) {
     boost::system::error_code ignored;
     fs::remove(temporary, ignored);
-    VLT_LOG1(logger, Error, "XML write error in '" << path << "': cannot write file.");
+    RIG_LOG1(logger, Error, "XML write error in '" << path << "': cannot write file.");
     return false;
   }
   return true;

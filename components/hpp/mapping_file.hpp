@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-namespace NComponent {
+#include "common/log4rig.hpp"
 
-class CScriptCall;
+namespace NComponent {
 
 namespace MappingFile {
 
@@ -40,9 +40,8 @@ struct MappingFile {
 // Appends the portions of `file` to `mapping`. False only when the file
 // cannot be opened; every other problem is a warning and the line is
 // skipped. Messages go to the two sinks of the calling script function.
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const log4cxx::LoggerPtr& translation,
-                     const log4cxx::LoggerPtr& component);
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const CScriptCall& call);
+bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
+                     const rig_common::log4rig::TSinks& sinks);
 
 }  // namespace MappingFile
 }  // namespace NComponent

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "common/log4rig.hpp"
 #include "component.hpp"
-#include "impl/log4rig_impl.hpp"
 
 namespace NComponent {
 
@@ -33,28 +33,66 @@ bool getPlatform(TPlatformServices& services, int& platform);
 bool checkWdir(TPlatformServices& services, log4cxx::LoggerPtr logger);
 bool checkLibLoc(TPlatformServices& services, log4cxx::LoggerPtr logger);
 
-// What a script function holds from its prologue to its return: the
-// translation logger and the per-component logger guard.
+// Scope guard over a resource obtained by one named service and given back
+// by another.
+template <class TServices, class TComponent, class TResource>
+class CAutoDestroy {
+ public:
+  CAutoDestroy(TServices& services, const std::string& openName, TComponent component, const std::string& closeName,
+               TComponent component2)
+      : mServices(&services), mCloseName(closeName), mComponent(component2) {
+    services.requestService(openName, component, &mResource);
+  }
+  virtual ~CAutoDestroy() {
+    mServices->requestService(mCloseName, mComponent, &mResource);
+    mResource = TResource();
+  }
+  CAutoDestroy(const CAutoDestroy&) = delete;
+  CAutoDestroy& operator=(const CAutoDestroy&) = delete;
+
+  const TResource& get() const { return mResource; }
+
+ private:
+  TResource mResource;
+  TServices* mServices;
+  std::string mCloseName;
+  TComponent mComponent;
+};
+
+// The per-component logger of one script call.
+class CPrivateLogger : public CAutoDestroy<TPlatformServices, const std::string*, log4cxx::LoggerPtr> {
+ public:
+  explicit CPrivateLogger(TPlatformServices& services);
+};
+
+using rig_common::log4rig::TSinks;
+
+// What a script function holds from its prologue to its return: the two
+// sinks and the per-component logger guard. It converts to TSinks, so
+// RIG_LOG(call, ...) writes on both sinks.
 class CScriptCall {
  public:
   enum TChecks { kWdir, kWdirAndSource };
 
-  // Runs the prologue; ok() tells whether the function may go on.
+  // Runs the prologue; ok() tells whether the function may go on. A call
+  // after the component was released is refused without a message.
   explicit CScriptCall(TChecks checks = kWdir);
   CScriptCall(const CScriptCall&) = delete;
   CScriptCall& operator=(const CScriptCall&) = delete;
 
   bool ok() const { return mOk; }
   TPlatformServices& services() const { return *gComponent; }
-  log4cxx::LoggerPtr component() const { return mPrivate ? mPrivate->get() : log4cxx::LoggerPtr(); }
+  const TSinks& sinks() const { return mSinks; }
+  operator const TSinks&() const { return mSinks; }
+  const log4cxx::LoggerPtr& translation() const { return mSinks.translation; }
+  const log4cxx::LoggerPtr& component() const { return mSinks.component; }
   // An ILogger over both sinks, for handlers that take one.
-  rig_common::log4rig::Log4Cxx logger() const { return {translation, component()}; }
-
-  log4cxx::LoggerPtr translation;
+  rig_common::log4rig::Log4Cxx logger() const { return rig_common::log4rig::Log4Cxx(mSinks); }
 
  private:
   bool mOk = false;
   std::optional<CPrivateLogger> mPrivate;
+  TSinks mSinks;  // after the guard, so its copy of the logger goes first
 };
 
 }  // namespace NComponent

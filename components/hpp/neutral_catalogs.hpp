@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+#include "common/log4rig.hpp"
+
 namespace NComponent {
 namespace NCatalog {
 
@@ -43,7 +45,7 @@ class NeutralCatalogs {
 
   // False only when the file cannot be parsed as a keyword tree.
   bool readQrnNeutralCatalog(const boost::filesystem::path& file, const std::string catalog,
-                             log4cxx::LoggerPtr translation, log4cxx::LoggerPtr component);
+                             const rig_common::log4rig::TSinks& sinks);
 
   // The value with every soft prefix replaced, '\' turned into '/'.
   std::string replaceSoftPrefixes(const std::string& value) const;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "components/hpp/impl/log4rig_impl.hpp"
+#include "common/log4rig.hpp"
 
 namespace vlttest {
 

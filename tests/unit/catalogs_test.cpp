@@ -202,7 +202,7 @@ TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
             ".QRN_PART P-1\n"
             "..QRN_GEOM a\"b\n");
   NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{{"$LIB", "/hard/lib"}});
-  ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", translation, log4cxx::LoggerPtr()));
+  ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", {translation, log4cxx::LoggerPtr()}));
   ASSERT_EQ(reader.parts.size(), 3u);
   const auto& part = reader.parts.at("P-2");
   EXPECT_EQ(part.container.name, "$OTHER/x");
@@ -227,7 +227,7 @@ TEST(NeutralCatalogs, UnparsableFileFails) {
   log4cxx::LoggerPtr translation = host.logger("get component translation logger");
   writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
   NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{});
-  EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", translation, log4cxx::LoggerPtr()));
+  EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", {translation, log4cxx::LoggerPtr()}));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Reading neutral catalog file: cannot parse neutral catalog file: " + (tmp.path() / "bad_neut.tlx").string()));

@@ -156,9 +156,10 @@ TEST(LoggerFacade, NoTextIsBuiltBehindADisabledLevel) {
   host.setLevel("INFO");
   log4cxx::LoggerPtr init = host.logger("get component initialization logger");
   int built = 0;
-  RIG_LOG(init, log4cxx::LoggerPtr(), RIG_LEVEL(Debug), "x " << CCountingValue{&built});
+  RIG_LOG((rig_common::log4rig::TSinks{init, log4cxx::LoggerPtr()}), Debug, "x " << CCountingValue{&built});
+  RIG_LOG1(init, Debug, "x " << CCountingValue{&built});
   EXPECT_EQ(built, 0);
-  RIG_LOG(init, init, RIG_LEVEL(Info), "x " << CCountingValue{&built});
+  RIG_LOG((rig_common::log4rig::TSinks{init, init}), Info, "x " << CCountingValue{&built});
   EXPECT_EQ(built, 2);
   EXPECT_TRUE(host.records().size() == 2);
 }

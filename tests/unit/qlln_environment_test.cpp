@@ -53,8 +53,8 @@ struct QllnEnvironmentTest : ::testing::Test {
     for (const auto& entry : env) run->replaceVariable(entry.first, entry.second);
     host.clearRecords();
   }
-  bool full() { return NComponent::setQllnEnvironment(*run, *gComponent, translation, component->get()); }
-  bool qrn() { return NComponent::setQllnQrnEnvironment(*run, *gComponent, translation, component->get()); }
+  bool full() { return NComponent::setQllnEnvironment(*run, *gComponent, {translation, component->get()}); }
+  bool qrn() { return NComponent::setQllnQrnEnvironment(*run, *gComponent, {translation, component->get()}); }
 };
 
 // The PATH entries of the source suite below QRN_HOME `h`.

@@ -24,16 +24,15 @@ struct SymConfigTest : StartedHostTest {
     component = NComponent::getInitializationLogger(*NComponent::gComponent);
   }
 
+  NComponent::TSinks sinks() const { return {translation, component}; }
   std::string file(const std::string& name) { return (tmp.path() / name).string(); }
   SymXltConfigManager readXlt(const std::string& text) {
     writeFile(file("x.cfg"), text);
     SymXltConfigManager manager;
-    EXPECT_TRUE(manager.read(file("x.cfg"), component, translation));
+    EXPECT_TRUE(manager.read(file("x.cfg"), sinks()));
     return manager;
   }
-  bool writeXlt(SymXltConfigManager& manager, const std::string& name) {
-    return manager.write(file(name), component, translation);
-  }
+  bool writeXlt(SymXltConfigManager& manager, const std::string& name) { return manager.write(file(name), sinks()); }
   std::string dump(const SymXltConfigManager& manager) {
     std::string out;
     for (const auto& section : manager.sections()) {
@@ -93,13 +92,13 @@ TEST_F(SymConfigTest, XltRoundTripKeepsTrailingBlanksAndOnlyTheFirstOfRepeatedSe
   repeated.setEntry(repeated.findSection("[missing]"), "dropped", "5");
   EXPECT_EQ(repeated.findSection("[missing]"), repeated.end());
   EXPECT_EQ(dump(repeated), "[A]\n  <k> = <3>\n  <new> = <4>\n[B]\n[A]\n  <k> = <2>\n");
-  ASSERT_TRUE(repeated.read(file("x.cfg"), component, translation));
+  ASSERT_TRUE(repeated.read(file("x.cfg"), sinks()));
   EXPECT_EQ(repeated.sections().size(), 6u) << "reading again appends";
 }
 
 TEST_F(SymConfigTest, XltFileFailuresAndEmptyWrite) {
   SymXltConfigManager manager;
-  EXPECT_FALSE(manager.read(file("none.cfg"), component, translation));
+  EXPECT_FALSE(manager.read(file("none.cfg"), sinks()));
   EXPECT_EQ(host.lines(),
             both({{"DEBUG", "Reading SymXlt configuration file: " + file("none.cfg")},
                   {"ERROR", "Reading SymXlt configuration file: cannot open file for reading: " + file("none.cfg")}}));
@@ -155,7 +154,7 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
             "/lib/d\t\tT_D\n/lib/c\tq\tC2\n");
   SymNameMapManager map;
   map.setRecord("/earlier", "e", "E");
-  ASSERT_TRUE(map.read(file("map.txt"), component, translation, "\t"));
+  ASSERT_TRUE(map.read(file("map.txt"), sinks(), "\t"));
   EXPECT_EQ(dump(map), "/earlier|e|E\n/lib/a/x|part with blanks|T_X\n/lib/c|p|T_C\n/lib/d||T_D\n/lib/c|q|C2\n");
   const std::string reading = "Reading symbol name mapping file:  following line contains ";
   EXPECT_EQ(
@@ -166,27 +165,27 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
 
   map.setRecord("/lib/c", "new", "N");
   map.setRecord("/z", "p", "Z");
-  ASSERT_TRUE(map.write(file("out.txt"), component, translation, "\t"));
+  ASSERT_TRUE(map.write(file("out.txt"), sinks(), "\t"));
   EXPECT_EQ(
       readFile(file("out.txt")),
       "/earlier\te\tE\n/lib/a/x\tpart with blanks\tT_X\n/lib/c\tnew\tN\n/lib/d\t\tT_D\n/lib/c\tq\tC2\n/z\tp\tZ\n");
   // The separator is a regular expression when reading and plain text when writing.
-  ASSERT_TRUE(map.write(file("dots.txt"), component, translation, "."));
+  ASSERT_TRUE(map.write(file("dots.txt"), sinks(), "."));
   SymNameMapManager dots;
-  ASSERT_TRUE(dots.read(file("dots.txt"), component, translation, "\\."));
+  ASSERT_TRUE(dots.read(file("dots.txt"), sinks(), "\\."));
   EXPECT_EQ(dump(dots), dump(map));
 }
 
 TEST_F(SymConfigTest, NameMapFailuresAndEmptyWrite) {
   SymNameMapManager map;
-  EXPECT_FALSE(map.read(file("none.txt"), component, translation, "\t"));
+  EXPECT_FALSE(map.read(file("none.txt"), sinks(), "\t"));
   EXPECT_TRUE(host.logged("init", "ERROR",
                           "Reading symbol name mapping file:  cannot open file for reading: " + file("none.txt")));
-  EXPECT_FALSE(map.read(tmp.str(), component, translation, "\t")) << "a directory cannot be read";
-  EXPECT_FALSE(map.write(file("no/x.txt"), component, translation, "\t"));
+  EXPECT_FALSE(map.read(tmp.str(), sinks(), "\t")) << "a directory cannot be read";
+  EXPECT_FALSE(map.write(file("no/x.txt"), sinks(), "\t"));
   EXPECT_TRUE(host.logged("translation", "ERROR",
                           "Writing symbol name mapping file:  cannot open file for writing: " + file("no/x.txt")));
-  EXPECT_TRUE(map.write(file("empty.txt"), component, translation, "\t"));
+  EXPECT_TRUE(map.write(file("empty.txt"), sinks(), "\t"));
   EXPECT_EQ(readFile(file("empty.txt")), "");
   EXPECT_TRUE(
       host.logged("translation", "WARN",

@@ -19,7 +19,7 @@ namespace {
 bool subdirectory(CScriptCall& call, bool served, const std::string& name, fs::path& dir,
                   const std::string& errorMessage) {
   if (!served || name.empty()) {
-    VLT_LOG(call, Error, errorMessage);
+    RIG_LOG(call, Error, errorMessage);
     return false;
   }
   dir = fs::path(getWorkingDirectory(call.services())) / name;

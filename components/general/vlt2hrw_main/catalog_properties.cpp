@@ -48,7 +48,7 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   (void)ignored;
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Updating catalog property mapping.");
+  RIG_LOG(call, Debug, "Updating catalog property mapping.");
   fs::path configDir, logDir, neutralDir;
   if (!NCatalog::configDirectory(
           call, configDir, "Updating catalog property mapping: cannot obtain path to the configuration directory.") ||
@@ -59,7 +59,7 @@ bool updateCatalogPropMapping(const std::string& ignored) {
     return false;
   const fs::path catalogsDir = neutralDir / "catalogs";
   if (!fs::is_directory(catalogsDir)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Updating catalog property mapping: neutral catalogs directory does not exist:" << catalogsDir.string());
     return false;
   }
@@ -69,20 +69,20 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   for (fs::directory_iterator it(catalogsDir), end; it != end; ++it) {
     if (!boost::regex_match(it->path().filename().string(), propertyList)) continue;
     const std::string file = it->path().string();
-    VLT_LOG(call, Debug, "Updating catalog property mapping: reading property list file:" << file);
+    RIG_LOG(call, Debug, "Updating catalog property mapping: reading property list file:" << file);
     std::vector<std::string> lines;
     if (!rig_common::readTextLines(it->path(), lines)) {
-      VLT_LOG(call, Error, "Updating catalog property mapping: cannot read property list file: " << file);
+      RIG_LOG(call, Error, "Updating catalog property mapping: cannot read property list file: " << file);
       continue;
     }
     for (const std::string& line : lines) table.emplace(rig_common::trim(line), std::string());
   }
 
   const fs::path mappingFile = configDir / kDataMapping;
-  CCatalogDataMapping mapping(call.translation);
+  CCatalogDataMapping mapping(call.translation());
   if (fs::is_regular_file(mappingFile)) {
     if (!mapping.parse(mappingFile)) {
-      VLT_LOG(call, Error,
+      RIG_LOG(call, Error,
               "Updating catalog property mapping: problems found during parsing catalog data mapping file: "
                   << mappingFile.string());
       return false;
@@ -100,10 +100,10 @@ bool updateCatalogPropMapping(const std::string& ignored) {
     if (target.empty()) target = seed.second;
   }
 
-  CCatalogDataMapping result(call.translation);
+  CCatalogDataMapping result(call.translation());
   fillDocument(result, table);
   if (!result.write(mappingFile)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Updating catalog property mapping: cannot write catalog data mapping file: " << mappingFile.string());
     return false;
   }
@@ -113,15 +113,15 @@ bool updateCatalogPropMapping(const std::string& ignored) {
 std::string getCatalogPropertyList() {
   CScriptCall call;
   if (!call.ok()) return {};
-  VLT_LOG(call, Debug, "Obtaining catalog property list.");
+  RIG_LOG(call, Debug, "Obtaining catalog property list.");
   fs::path configDir;
   if (!NCatalog::configDirectory(call, configDir,
                                  "Obtaining catalog property list: cannot obtain path to the configuration directory."))
     return {};
   const fs::path mappingFile = configDir / kDataMapping;
-  CCatalogDataMapping mapping(call.translation);
+  CCatalogDataMapping mapping(call.translation());
   if (!fs::is_regular_file(mappingFile) || !mapping.parse(mappingFile)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Obtaining catalog property list: problems found during parsing catalog data mapping file: "
                 << mappingFile.string());
     return {};
@@ -138,7 +138,7 @@ std::string getCatalogPropertyList() {
 bool saveCatalogPropertyList(const std::string& rid) {
   CScriptCall call;
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Saving catalog property list.");
+  RIG_LOG(call, Debug, "Saving catalog property list.");
   fs::path configDir;
   if (!NCatalog::configDirectory(call, configDir,
                                  "Saving catalog property list: cannot obtain path to the configuration directory."))
@@ -153,10 +153,10 @@ bool saveCatalogPropertyList(const std::string& rid) {
     }
   }
   const fs::path mappingFile = configDir / kDataMapping;
-  CCatalogDataMapping mapping(call.translation);
+  CCatalogDataMapping mapping(call.translation());
   fillDocument(mapping, table);
   if (!mapping.write(mappingFile)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Saving catalog property list: cannot write catalog data mapping file: " << mappingFile.string());
     return false;
   }

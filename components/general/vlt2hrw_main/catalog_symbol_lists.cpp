@@ -28,7 +28,7 @@ bool portionApplies(CScriptCall& call, const TCatalogPart& part, const MappingFi
                     const std::string& catalog, const std::string& number) {
   if (part.components.size() == 1) {
     if (!portion.comp.empty())
-      VLT_LOG(call, Info,
+      RIG_LOG(call, Info,
               "Update catalog symbol lists:"
                   << " there is a single qrn component in the neutral catalog file"
                   << " for catalog: " << catalog << ", part number: " << number
@@ -37,7 +37,7 @@ bool portionApplies(CScriptCall& call, const TCatalogPart& part, const MappingFi
     return true;
   }
   if (portion.comp.empty()) {
-    VLT_LOG(call, Warn,
+    RIG_LOG(call, Warn,
             "Update catalog symbol lists:"
                 << " there are multiple qrn component entries in the neutral catalog file"
                 << " for catalog: " << catalog << ", part number: " << number
@@ -47,7 +47,7 @@ bool portionApplies(CScriptCall& call, const TCatalogPart& part, const MappingFi
   }
   for (const auto& component : part.components)
     if (component.name == portion.comp) return true;
-  VLT_LOG(call, Warn,
+  RIG_LOG(call, Warn,
           "Update catalog symbol lists:"
               << " there are multiple qrn component entries in the neutral catalog file"
               << " for catalog: " << catalog << ", part number: " << number
@@ -60,26 +60,26 @@ bool portionApplies(CScriptCall& call, const TCatalogPart& part, const MappingFi
 void updatePart(CScriptCall& call, rig_common::log4rig::ILogger* logger, rig_common::CSymbolList& list,
                 const std::string& catalog, const std::string& number, const TCatalogPart& part) {
   if (part.components.empty()) {
-    VLT_LOG(call, Warn,
+    RIG_LOG(call, Warn,
             kPrefix << "there are no components defined for catalog: " << catalog << ", part number: " << number);
     return;
   }
   if (part.mapFile.name.empty() && part.mapFile.path.empty()) {
-    VLT_LOG(call, Warn,
+    RIG_LOG(call, Warn,
             kPrefix << "mapping file does not exist or is not resolveable for catalog: " << catalog
                     << ", part number: " << number);
     return;
   }
   MappingFile::MappingFile mapping;
   if (!MappingFile::readMappingFile(mapping, part.mapFile.path, call)) {
-    VLT_LOG(call, Warn, kPrefix << "cannot load mapping file for  catalog: " << catalog << ", part number: " << number);
+    RIG_LOG(call, Warn, kPrefix << "cannot load mapping file for  catalog: " << catalog << ", part number: " << number);
     return;
   }
   for (const MappingFile::TMappingSymbol& portion : mapping.symbols) {
     if (!portionApplies(call, part, portion, catalog, number)) continue;
     for (const MappingFile::TMappingPin& pin : portion.pins) {
       if (pin.mappedNames.size() <= 1) continue;
-      VLT_LOG(call, Info,
+      RIG_LOG(call, Info,
               kPrefix << "comma separated entry found"
                       << " for catalog: " << catalog << ", part number: " << number);
       // Only a part of one component gets pin maps: with several, which
@@ -106,7 +106,7 @@ bool updateCatalogSymbolLists(const std::string& libraryName, const std::string&
   (void)libraryDir;
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Update catalog symbol lists.");
+  RIG_LOG(call, Debug, "Update catalog symbol lists.");
   fs::path configDir, neutralDir;
   if (!NCatalog::configDirectory(call, configDir,
                                  "Update catalog symbol lists: cannot obtain path to the configuration directory.") ||
@@ -115,24 +115,24 @@ bool updateCatalogSymbolLists(const std::string& libraryName, const std::string&
     return false;
   const fs::path catalogsDir = neutralDir / "catalogs";
   if (!fs::is_directory(catalogsDir)) {
-    VLT_LOG(call, Error, kPrefix << "neutral catalogs directory does not exist: " << catalogsDir.string());
+    RIG_LOG(call, Error, kPrefix << "neutral catalogs directory does not exist: " << catalogsDir.string());
     return false;
   }
   NCatalog::TSoftPrefixes prefixes;
   if (!NCatalog::readLocationMapTable(locationMapFile, prefixes)) {
-    VLT_LOG(call, Error, kPrefix << "cannot load the location map file: " << locationMapFile);
+    RIG_LOG(call, Error, kPrefix << "cannot load the location map file: " << locationMapFile);
     return false;
   }
   rig_common::CPartListFileReader excluded;
   const fs::path excludedFile = configDir / "excluded_parts.caf";
   if (fs::is_regular_file(excludedFile) && !excluded.read(excludedFile.string())) {
-    VLT_LOG(call, Error, kPrefix << "cannot open the excluded part file for reading: " << excludedFile.string());
+    RIG_LOG(call, Error, kPrefix << "cannot open the excluded part file for reading: " << excludedFile.string());
     return false;
   }
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
   if (!NCatalog::readCatalogList(listFile, catalogs)) {
-    VLT_LOG(call, Error, kPrefix << "cannot read catalog list file: " << listFile.string());
+    RIG_LOG(call, Error, kPrefix << "cannot read catalog list file: " << listFile.string());
     return false;
   }
 
@@ -142,18 +142,18 @@ bool updateCatalogSymbolLists(const std::string& libraryName, const std::string&
     const fs::path symbolListFile = catalogsDir / (catalog + ".sym_list.caf");
     rig_common::CSymbolListFileWriter writer(&logger);
     if (!writer.open(symbolListFile.string(), true)) {
-      VLT_LOG(call, Warn, kPrefix << "cannot read symbol list file: " << symbolListFile.string());
+      RIG_LOG(call, Warn, kPrefix << "cannot read symbol list file: " << symbolListFile.string());
       continue;
     }
     NCatalog::NeutralCatalogs reader(prefixes);
-    if (!reader.readQrnNeutralCatalog(neutralFile, catalog, call.translation, call.component())) {
-      VLT_LOG(call, Warn, kPrefix << "cannot parse neutral catalog file: " << neutralFile.string());
+    if (!reader.readQrnNeutralCatalog(neutralFile, catalog, call)) {
+      RIG_LOG(call, Warn, kPrefix << "cannot parse neutral catalog file: " << neutralFile.string());
       return false;
     }
-    VLT_LOG(call, Debug, kPrefix << "processing data for catalog: " << catalog);
+    RIG_LOG(call, Debug, kPrefix << "processing data for catalog: " << catalog);
     for (const auto& entry : reader.parts) {
       if (excluded.contains(catalog, entry.first)) {
-        VLT_LOG(call, Debug,
+        RIG_LOG(call, Debug,
                 kPrefix << "catalog: " << catalog << ", part number: " << entry.first << "."
                         << " This part was found in excluded file, so will be excluded from translation.");
         continue;

@@ -37,7 +37,7 @@ std::string getCatalogList(const std::string& libraryName, const std::string& lo
     if (boost::regex_match(leaf, match, name)) {
       list->push_back(match[1].str());
     } else {
-      VLT_LOG(call, Warn, "Unexpected .qrn_catalog.attr file name found: '" << leaf << "'");
+      RIG_LOG(call, Warn, "Unexpected .qrn_catalog.attr file name found: '" << leaf << "'");
     }
   }
   return rid;
@@ -46,20 +46,20 @@ std::string getCatalogList(const std::string& libraryName, const std::string& lo
 bool saveCatalogList(const std::string& rid) {
   CScriptCall call;
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Saving catalog list.");
+  RIG_LOG(call, Debug, "Saving catalog list.");
   fs::path configDir;
   if (!NCatalog::configDirectory(call, configDir,
                                  "Saving catalog list to file: cannot obtain path to the configuration directory."))
     return false;
   const TList1D* list = find1D(rid);
   if (list == nullptr) {
-    VLT_LOG(call, Error, "Saving catalog list to file: unknown RID.");
+    RIG_LOG(call, Error, "Saving catalog list to file: unknown RID.");
     return false;
   }
   const fs::path file = configDir / "catalog.list";
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {
-    VLT_LOG(call, Error, "Saving catalog list to file: cannot open file for writing: " << file.string());
+    RIG_LOG(call, Error, "Saving catalog list to file: cannot open file for writing: " << file.string());
     return false;
   }
   for (const std::string& catalog : *list) out << catalog << '\n';
@@ -69,14 +69,14 @@ bool saveCatalogList(const std::string& rid) {
 void usePartNoProp(bool on) {
   CScriptCall call;
   if (!call.ok()) return;
-  VLT_LOG(call, Debug, "Setting catalog swapping qrn_index with PART_NO to: " << flag(on));
+  RIG_LOG(call, Debug, "Setting catalog swapping qrn_index with PART_NO to: " << flag(on));
   call.services().setParameter("catalog use PART_NO", flag(on));
 }
 
 bool setCatalogSymbolsOnly(bool on) {
   CScriptCall call;
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Setting catalog symbols only to: " << flag(on));
+  RIG_LOG(call, Debug, "Setting catalog symbols only to: " << flag(on));
   call.services().setParameter("catalog symbols only", flag(on));
   return true;
 }

@@ -55,7 +55,7 @@ std::string tbl2flatCommandLine(const fs::path& tool, const fs::path& input, con
 bool saveCatalogs(const std::string& libraryName, const std::string& locationMapFile, const std::string& libraryDir) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Saving catalogs to neutral format.");
+  RIG_LOG(call, Debug, "Saving catalogs to neutral format.");
   const bool swap = call.services().getParameter("catalog use PART_NO") == "1";
 
   fs::path configDir, logDir, neutralDir;
@@ -71,7 +71,7 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
     boost::system::error_code error;
     fs::create_directories(catalogsDir, error);
     if (error || !fs::is_directory(catalogsDir)) {
-      VLT_LOG(call, Error, "Cannot create directory: " << catalogsDir.string());
+      RIG_LOG(call, Error, "Cannot create directory: " << catalogsDir.string());
       return false;
     }
   }
@@ -81,7 +81,7 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
   if (!NCatalog::readCatalogList(listFile, catalogs)) {
-    VLT_LOG(call, Error, "Saving catalogs to neutral format: cannot read catalog list file: " << listFile.string());
+    RIG_LOG(call, Error, "Saving catalogs to neutral format: cannot read catalog list file: " << listFile.string());
     return false;
   }
   const fs::path toolLog = logDir / "tbl2flat.log";
@@ -90,16 +90,16 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
   const fs::path tool = getRigInstallBin(call.services()) / "tbl2flat.exe";
   for (const std::string& catalog : catalogs) {
     const fs::path input = catalogDir / catalog;
-    VLT_LOG(call, Info, "Saving catalog: " << input.string());
-    NMisc::CRunProgram<std::string> run(call.translation);
-    if (!run.obtainCurrentEnvironment()) VLT_LOG(call, Error, "Cannot obtain the environment for current process.");
-    if (!setQllnEnvironment(run, call.services(), call.translation, call.component())) return false;
+    RIG_LOG(call, Info, "Saving catalog: " << input.string());
+    NMisc::CRunProgram<std::string> run(call.translation());
+    if (!run.obtainCurrentEnvironment()) RIG_LOG(call, Error, "Cannot obtain the environment for current process.");
+    if (!setQllnEnvironment(run, call.services(), call)) return false;
     const std::string command =
         NCatalog::tbl2flatCommandLine(tool, input, catalogsDir, configDir, logDir, locationMapFile, catalog, swap);
     if (!run.runProgram(command, true, NMisc::kCreateNoWindow)) {
-      VLT_LOG(call, Error, tool.string() << " cannot be loaded.");
+      RIG_LOG(call, Error, tool.string() << " cannot be loaded.");
     } else if (run.exitCode() != 0) {
-      VLT_LOG(call, Error, "Tbl2flat program failed for catalog: " << catalog << ". Returned code: " << run.exitCode());
+      RIG_LOG(call, Error, "Tbl2flat program failed for catalog: " << catalog << ". Returned code: " << run.exitCode());
     }
     std::ofstream appended(toolLog.string(), std::ios::binary | std::ios::app);
     appended << '\n';

@@ -23,7 +23,7 @@ void writeHead(std::ostream& out, const char* title) { out << kRule << '\n' << t
 bool verifyCatalogs(const std::string& libraryName, const std::string& locationMapFile, const std::string& libraryDir) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Verifying catalog data.");
+  RIG_LOG(call, Debug, "Verifying catalog data.");
   fs::path configDir, logDir, neutralDir;
   if (!NCatalog::configDirectory(call, configDir,
                                  "Verifying catalog data: cannot obtain path to the configuration directory.") ||
@@ -36,7 +36,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path reportFile = logDir / "reports" / "verify_catalogs.txt";
   std::ofstream report(reportFile.string(), std::ios::binary | std::ios::trunc);
   if (!report) {
-    VLT_LOG(call, Error, "Verifying catalog data: cannot open report file for writing: " << reportFile.string());
+    RIG_LOG(call, Error, "Verifying catalog data: cannot open report file for writing: " << reportFile.string());
     return false;
   }
   if (!fs::is_directory(NVlt2HrwHelpers::getCatalogDir(call, libraryName, locationMapFile, libraryDir))) return false;
@@ -44,7 +44,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
   if (!NCatalog::readCatalogList(listFile, catalogs)) {
-    VLT_LOG(call, Error, "Verifying catalog data: cannot read catalog list file: " << listFile.string());
+    RIG_LOG(call, Error, "Verifying catalog data: cannot read catalog list file: " << listFile.string());
     return false;
   }
   writeHead(report, " Problems related due to absence of neutral catalog data files");
@@ -58,7 +58,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path toolLog = logDir / "tbl2flat.log";
   std::vector<std::string> lines;
   if (!rig_common::readTextLines(toolLog, lines)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " << toolLog.string());
     return false;
   }

@@ -13,7 +13,7 @@ namespace NComponent {
 bool prepareTargetCL() {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Preparing target Central Library.");
+  RIG_LOG(call, Debug, "Preparing target Central Library.");
 
   const fs::path wdir = getWorkingDirectory(call.services());
   const fs::path seedDir = wdir / "seed_library";
@@ -22,13 +22,13 @@ bool prepareTargetCL() {
 
   // The index file marks a prepared library: later steps fill it in place.
   if (fs::exists(targetIndex)) {
-    VLT_LOG(call, Info,
+    RIG_LOG(call, Info,
             "Preparing target Central Library: ZPC index file exists, so we will skipping this step: "
                 << targetIndex.string());
     return true;
   }
   if (NPlatform::copyDirectoryFiles(seedDir, targetDir) == 0) return true;
-  VLT_LOG(call, Error,
+  RIG_LOG(call, Error,
           "Preparing target Central Library: Cannot copy seed library from: " << seedDir.string()
                                                                               << " to: " << targetDir.string());
   return false;

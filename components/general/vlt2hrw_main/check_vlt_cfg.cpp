@@ -19,7 +19,7 @@ bool checkVLTLibrary(const std::string& libraryName, const std::string& location
   const fs::path file = fs::path(libraryDir) / NVlt2HrwHelpers::kLibraryDefinitionFileName;
   NVlt2HrwHelpers::TVLTLibrary library;
   if (!NVlt2HrwHelpers::evaluateVLTLibrary(call, library, locationMapFile, file, libraryName, true)) {
-    VLT_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
+    RIG_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
     return false;
   }
   return true;
@@ -31,7 +31,7 @@ bool checkVLTLibraryDefinitionFile(const std::string& libraryDir) {
   const fs::path file = fs::path(libraryDir) / NVlt2HrwHelpers::kLibraryDefinitionFileName;
   NVlt2HrwHelpers::TVLTLibraryDefinitionFileLibraries libraries;
   if (!NVlt2HrwHelpers::readVLTLibraryDefinition(call, libraries, file, true)) {
-    VLT_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
+    RIG_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
     return false;
   }
   return true;
@@ -42,13 +42,13 @@ bool checkQrnLocationMap(const std::string& locationMapFile) {
   if (!call.ok()) return false;
   QllnGeneral::TLocationMap map;
   if (!QllnGeneral::readLocationMap(call, map, locationMapFile, true)) {
-    VLT_LOG(call, Error, "Errors found while reading location map file: " << locationMapFile);
+    RIG_LOG(call, Error, "Errors found while reading location map file: " << locationMapFile);
     return false;
   }
-  VLT_LOG(call, Info, "Location map file paths:");
+  RIG_LOG(call, Info, "Location map file paths:");
   for (const auto& prefix : map) {
-    VLT_LOG(call, Info, "    Soft prefix: " << prefix.first);
-    for (const auto& path : prefix.second) VLT_LOG(call, Info, "        Hard pathname: " << path);
+    RIG_LOG(call, Info, "    Soft prefix: " << prefix.first);
+    for (const auto& path : prefix.second) RIG_LOG(call, Info, "        Hard pathname: " << path);
   }
   return true;
 }

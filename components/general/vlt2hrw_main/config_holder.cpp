@@ -8,7 +8,7 @@ namespace NComponent {
 
 bool CConfig::parse(const boost::filesystem::path& file) {
   if (!boost::filesystem::exists(file)) {
-    VLT_LOG1(mLogger, Fatal,
+    RIG_LOG1(mLogger, Fatal,
              "Configuration file does not exist:"
                  << " component: " << componentName() << ", path: '" << file.string() << "'");
     return false;

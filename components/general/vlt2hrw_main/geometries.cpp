@@ -3,10 +3,10 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include "common/path_helpers.hpp"
 #include "geometry_helpers.hpp"
 #include "misc.hpp"
 #include "script_functions.hpp"
-#include "common/path_helpers.hpp"
 #include "vlt_library_cfg.hpp"
 
 namespace fs = boost::filesystem;
@@ -16,35 +16,35 @@ namespace NComponent {
 std::string GetLibraryUnit() {
   CScriptCall call;
   if (!call.ok()) return {};
-  VLT_LOG_PRIVATE(call, Debug, "Getting library unit");
+  RIG_LOG1(call.component(), Debug, "Getting library unit");
   const std::string unit = call.services().getParameter("qll design unit");
-  if (unit.empty()) VLT_LOG(call, Warn, "Library unit was not set.");
-  VLT_LOG(call, Debug, "Unit was set to: " << unit);
+  if (unit.empty()) RIG_LOG(call, Warn, "Library unit was not set.");
+  RIG_LOG(call, Debug, "Unit was set to: " << unit);
   return unit;
 }
 
 void SetLibraryUnit(const std::string& unit) {
   CScriptCall call;
   if (!call.ok()) return;
-  VLT_LOG(call, Debug, "Setting library unit");
+  RIG_LOG(call, Debug, "Setting library unit");
   call.services().setParameter("qll design unit", unit);
-  VLT_LOG(call, Debug, "Unit was set to: " << unit);
+  RIG_LOG(call, Debug, "Unit was set to: " << unit);
 }
 
 bool obtainVltGeomPath(const std::string& libraryName, const std::string& locationMapFile,
                        const std::string& libraryDir) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Obtaining VLT library geometry path");
+  RIG_LOG(call, Debug, "Obtaining VLT library geometry path");
   const std::string dir = NVlt2HrwHelpers::getGeomsDir(call, libraryName, locationMapFile, libraryDir);
   if (!fs::is_directory(fs::path(dir))) {
     // A failed call also forgets an earlier geometry root.
     call.services().setParameter("geom path", "");
-    VLT_LOG(call, Error, "Obtaining VLT library geometry path: path does not exist at: " << dir);
+    RIG_LOG(call, Error, "Obtaining VLT library geometry path: path does not exist at: " << dir);
     return false;
   }
   call.services().setParameter("geom path", fs::path(dir).generic_string());
-  VLT_LOG(call, Debug, "Obtaining VLT library geometry path: path has been set to: " << dir);
+  RIG_LOG(call, Debug, "Obtaining VLT library geometry path: path has been set to: " << dir);
   return true;
 }
 
@@ -60,9 +60,9 @@ bool buildGeometryContainerList(std::list<std::string>& containers, const fs::pa
 
 bool buildGeometryContainerList(const NComponent::CScriptCall& call, std::list<std::string>& containers,
                                 const fs::path& geomRoot) {
-  VLT_LOG(call, Debug, "Building list of geometry containers");
+  RIG_LOG(call, Debug, "Building list of geometry containers");
   if (!fs::is_directory(geomRoot)) {
-    VLT_LOG(call, Error, "Geometry base directory does not exist: " << geomRoot.string());
+    RIG_LOG(call, Error, "Geometry base directory does not exist: " << geomRoot.string());
     return false;
   }
   // Directories before what lies in them, siblings in iteration order.

@@ -32,18 +32,13 @@ std::string wordAt(const std::vector<std::string>& list, size_t index) {
 
 }  // namespace
 
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const CScriptCall& call) {
-  return readMappingFile(mapping, file, call.translation, call.component());
-}
-
-bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, const log4cxx::LoggerPtr& translation,
-                     const log4cxx::LoggerPtr& component) {
+bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
+                     const rig_common::log4rig::TSinks& sinks) {
   const std::string path = file.string();
-  RIG_LOG(translation, component, RIG_LEVEL(Debug), "Reading mapping file: " << path);
+  RIG_LOG(sinks, Debug, "Reading mapping file: " << path);
   std::ifstream stream(path);
   if (!stream.is_open()) {
-    RIG_LOG(translation, component, RIG_LEVEL(Error),
-            "Reading mapping file: cannot open mapping file for reading: " << path);
+    RIG_LOG(sinks, Error, "Reading mapping file: cannot open mapping file for reading: " << path);
     return false;
   }
 
@@ -83,7 +78,7 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, 
     }
     if (boost::regex_match(line, match, pinLine)) {
       if (!symbolSeen) {
-        RIG_LOG(translation, component, RIG_LEVEL(Warn),
+        RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
                     << " orphaned pin entry found at line " << lineNumber << " in file: " << path);
         continue;
@@ -94,12 +89,12 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, 
       boost::algorithm::split(pin.mappedNames, mapped, boost::algorithm::is_any_of(","));
       const std::vector<std::string> rest = words(match.str(3));
       if (rest.empty()) {
-        RIG_LOG(translation, component, RIG_LEVEL(Warn),
+        RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
                     << " pin swap code has not been specified for a pin at line " << lineNumber
                     << " in file: " << path);
       } else if (rest.size() > 1) {
-        RIG_LOG(translation, component, RIG_LEVEL(Warn),
+        RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
                     << " more than one pin swap code has been specified for a pin at line " << lineNumber
                     << " in file: " << path);
@@ -115,7 +110,7 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file, 
         break;
       }
     if (!known)
-      RIG_LOG(translation, component, RIG_LEVEL(Warn),
+      RIG_LOG(sinks, Warn,
               "Reading mapping file:"
                   << " unknown keyword found in entry: '" << line << "'"
                   << " at line " << lineNumber << " in file: " << path);

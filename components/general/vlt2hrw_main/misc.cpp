@@ -78,7 +78,7 @@ bool getPlatform(TPlatformServices& services, int& platform) {
 
 bool checkWdir(TPlatformServices& services, log4cxx::LoggerPtr logger) {
   if (getWorkingDirectory(services).empty()) {
-    VLT_LOG1(logger, Error, "Working directory has not been set.");
+    RIG_LOG1(logger, Error, "Working directory has not been set.");
     return false;
   }
   return true;
@@ -86,7 +86,7 @@ bool checkWdir(TPlatformServices& services, log4cxx::LoggerPtr logger) {
 
 bool checkLibLoc(TPlatformServices& services, log4cxx::LoggerPtr logger) {
   if (getLibraryLocation(services).empty()) {
-    VLT_LOG1(logger, Error, "Source library location has not been set.");
+    RIG_LOG1(logger, Error, "Source library location has not been set.");
     return false;
   }
   return true;
@@ -96,11 +96,13 @@ CPrivateLogger::CPrivateLogger(TPlatformServices& services)
     : CAutoDestroy(services, "create component logger", &componentName(), "close component logger", &componentName()) {}
 
 CScriptCall::CScriptCall(TChecks checks) {
-  translation = getTranslationLogger(*gComponent);
-  if (translation == nullptr) return;
-  if (!checkWdir(*gComponent, translation)) return;
-  if (checks == kWdirAndSource && !checkLibLoc(*gComponent, translation)) return;
+  if (gComponent == nullptr) return;
+  mSinks.translation = getTranslationLogger(*gComponent);
+  if (mSinks.translation == nullptr) return;
+  if (!checkWdir(*gComponent, mSinks.translation)) return;
+  if (checks == kWdirAndSource && !checkLibLoc(*gComponent, mSinks.translation)) return;
   mPrivate.emplace(*gComponent);
+  mSinks.component = mPrivate->get();
   mOk = true;
 }
 

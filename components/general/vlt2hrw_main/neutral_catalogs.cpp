@@ -7,9 +7,9 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/log4rig.hpp"
 #include "common/text_helpers.hpp"
 #include "common/tlx_tree.hpp"
-#include "impl/log4rig_impl.hpp"
 
 namespace fs = boost::filesystem;
 using rig_common::TLXHandler::TLXNode;
@@ -68,17 +68,16 @@ std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const
 }
 
 bool NeutralCatalogs::readQrnNeutralCatalog(const fs::path& file, const std::string catalog,
-                                            log4cxx::LoggerPtr translation, log4cxx::LoggerPtr component) {
+                                            const rig_common::log4rig::TSinks& sinks) {
   (void)catalog;
-  RIG_LOG(translation, component, RIG_LEVEL(Debug), "Reading neutral catalog file: " << file.string());
-  rig_common::log4rig::Log4Cxx logger(translation, component);
+  RIG_LOG(sinks, Debug, "Reading neutral catalog file: " << file.string());
+  rig_common::log4rig::Log4Cxx logger(sinks);
   rig_common::TLXManager tree(&logger);
   if (!tree.readFile(file.string())) {
-    RIG_LOG(translation, component, RIG_LEVEL(Error),
-            "Reading neutral catalog file: cannot parse neutral catalog file: " << file.string());
+    RIG_LOG(sinks, Error, "Reading neutral catalog file: cannot parse neutral catalog file: " << file.string());
     return false;
   }
-  auto warn = [&](const std::string& text) { RIG_LOG(translation, component, RIG_LEVEL(Warn), kPrefix << text); };
+  auto warn = [&](const std::string& text) { RIG_LOG(sinks, Warn, kPrefix << text); };
 
   TLXNode* root = tree.root.get();
   for (TLXNode* partNode = root->findFirstChild("QRN_PART"); partNode != nullptr;

@@ -136,28 +136,28 @@ bool createDefaultContainerFile(const std::string& /*libraryName*/, const std::s
                                 const std::string& /*libraryDir*/) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
-  VLT_LOG(call, Debug, "Creating default geometry container file for VLT geometry root.");
+  RIG_LOG(call, Debug, "Creating default geometry container file for VLT geometry root.");
 
   const std::string configName = getConfigName(call.services());
   if (configName.empty()) {
-    VLT_LOG(call, Fatal, "Cannot obtain path to the configuration directory.");
+    RIG_LOG(call, Fatal, "Cannot obtain path to the configuration directory.");
     return false;
   }
   const fs::path configDir = fs::path(getWorkingDirectory(call.services())) / configName;
 
   const std::string id = "default";
-  CTechnologyParser technologies(call.translation);
+  CTechnologyParser technologies(call.translation());
   const TTechnology technology = technologies.find(configDir / "geom_technology" / "technology_list.xml", id);
   if (technology.id.empty()) {
-    VLT_LOG(call, Error, "Cannot obtain data for technology id: \"" << id << "\"");
+    RIG_LOG(call, Error, "Cannot obtain data for technology id: \"" << id << "\"");
     return false;
   }
 
   const fs::path file = NConfig::NGeom::NTechnology::containerFilePath(configDir, technology.containerDefFile);
-  CTechnologyContainerParser containers(call.translation);
+  CTechnologyContainerParser containers(call.translation());
   if (fs::exists(file)) {
     if (!containers.parse(file)) {
-      VLT_LOG(call, Fatal, "Cannot load technology containers file: '" << file.string() << "'.");
+      RIG_LOG(call, Fatal, "Cannot load technology containers file: '" << file.string() << "'.");
       return false;
     }
   } else {
@@ -171,7 +171,7 @@ bool createDefaultContainerFile(const std::string& /*libraryName*/, const std::s
   std::list<std::string> directories;
   if (!NVlt2HrwHelpers::buildGeometryContainerList(call, directories, root)) return false;
   if (directories.empty())
-    VLT_LOG(call, Warn,
+    RIG_LOG(call, Warn,
             "There are no geometry containers (subdirectories) in geometry root: '" << root.string() << "'.");
 
   // The entry of "default" is made anew; other technologies' entries stay.
@@ -180,7 +180,7 @@ bool createDefaultContainerFile(const std::string& /*libraryName*/, const std::s
   for (const std::string& directory : directories) containers.addContainer(id, directory, "");
 
   if (!containers.write(file)) {
-    VLT_LOG(call, Fatal, "Cannot save technology containers file: '" << file.string() << "'.");
+    RIG_LOG(call, Fatal, "Cannot save technology containers file: '" << file.string() << "'.");
     return false;
   }
   return true;

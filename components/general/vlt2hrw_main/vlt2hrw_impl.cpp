@@ -69,14 +69,14 @@ std::string item(TListRegistryPtr registry, const std::string& rid, int row, int
 std::string new1DList() {
   CScriptCall call;
   if (!call.ok()) return {};
-  VLT_LOG_PRIVATE(call, Debug, "Creating 1D list.");
+  RIG_LOG1(call.component(), Debug, "Creating 1D list.");
   return new1DList(gListRegistry);
 }
 
 std::string new2DList() {
   CScriptCall call;
   if (!call.ok()) return {};
-  VLT_LOG_PRIVATE(call, Debug, "Creating 2D list.");
+  RIG_LOG1(call.component(), Debug, "Creating 2D list.");
   return new2DList(gListRegistry);
 }
 
@@ -85,7 +85,7 @@ void addItemTo1DList(const std::string& rid, const std::string& value) {
   if (!call.ok()) return;
   TList1D* list = find1D(rid);
   if (list == nullptr) {
-    VLT_LOG(call, Error, "Invalid RID passed to add_item_to_1d_list() function.");
+    RIG_LOG(call, Error, "Invalid RID passed to add_item_to_1d_list() function.");
     return;
   }
   list->push_back(value);
@@ -96,7 +96,7 @@ void addRowTo2DList(const std::string& rid) {
   if (!call.ok()) return;
   TList2D* list = find2D(rid);
   if (list == nullptr) {
-    VLT_LOG(call, Error, "Invalid RID passed to add_row_to_2d_list() function.");
+    RIG_LOG(call, Error, "Invalid RID passed to add_row_to_2d_list() function.");
     return;
   }
   list->emplace_back();
@@ -107,11 +107,11 @@ void addRowItemTo2DList(const std::string& rid, const std::string& value) {
   if (!call.ok()) return;
   TList2D* list = find2D(rid);
   if (list == nullptr) {
-    VLT_LOG(call, Error, "Invalid RID passed to add_row_item_to_2d_list() function.");
+    RIG_LOG(call, Error, "Invalid RID passed to add_row_item_to_2d_list() function.");
     return;
   }
   if (list->empty()) {
-    VLT_LOG(call, Error, "List is empty - the item cannot be added.");
+    RIG_LOG(call, Error, "List is empty - the item cannot be added.");
     return;
   }
   list->back().push_back(value);
@@ -123,7 +123,7 @@ void addTwoColItemTo2DList(const std::string& rid, const std::string& item1, con
   TList2D* list = find2D(rid);
   if (list == nullptr) {
     // The message names add_item_to_1d_list: scripts and users know it so.
-    VLT_LOG(call, Error, "Invalid RID passed to add_item_to_1d_list() function.");
+    RIG_LOG(call, Error, "Invalid RID passed to add_item_to_1d_list() function.");
     return;
   }
   list->push_back({item1, item2});

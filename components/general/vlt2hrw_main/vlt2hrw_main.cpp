@@ -132,7 +132,7 @@ bool releaseComponent() {
 extern "C" bool InitComponent(TRegisterParams* params, const TPlatformServices* services) {
   log4cxx::LoggerPtr logger;
   if (!services->requestService("get component initialization logger", nullptr, &logger)) return false;
-  VLT_LOG1(logger, Debug, "Component is starting: " << componentName());
+  RIG_LOG1(logger, Debug, "Component is starting: " << componentName());
   {
     CConfig config(logger);
     if (!config.parse(boost::filesystem::path(services->componentDirectory) / "config_vlt2hrw_main.xml")) return false;
@@ -140,7 +140,7 @@ extern "C" bool InitComponent(TRegisterParams* params, const TPlatformServices* 
     params->bindScriptFunction = &bindScriptFunction;
     params->releaseComponent = &releaseComponent;
     gComponent->setParameter("translator", "vlt2hrw");
-    VLT_LOG1(logger, Debug, "Component started successfully: " << componentName());
+    RIG_LOG1(logger, Debug, "Component started successfully: " << componentName());
   }
   return true;
 }

@@ -40,14 +40,14 @@ std::string cutComment(const std::string& line) {
 
 void dumpDefinition(const CScriptCall& call, const TVLTLibraryDefinitionFileLibraries& libraries,
                     const fs::path& file) {
-  VLT_LOG(call, Debug, "Dumping parsed content of library definition file: " << file.string());
+  RIG_LOG(call, Debug, "Dumping parsed content of library definition file: " << file.string());
   for (const auto& library : libraries) {
-    VLT_LOG(call, Debug, "**Library name: '" << library.name << "' library type: " << library.type);
+    RIG_LOG(call, Debug, "**Library name: '" << library.name << "' library type: " << library.type);
     for (const auto& entry : library.entries) {
-      VLT_LOG(call, Debug, "    Index label: '" << entry.label << "' path to data: " << entry.path);
-      for (const auto& option : entry.options) VLT_LOG(call, Debug, "      : " << option);
+      RIG_LOG(call, Debug, "    Index label: '" << entry.label << "' path to data: " << entry.path);
+      for (const auto& option : entry.options) RIG_LOG(call, Debug, "      : " << option);
     }
-    VLT_LOG(call, Debug, "");
+    RIG_LOG(call, Debug, "");
   }
 }
 
@@ -70,13 +70,13 @@ class CDefinitionParser {
     }
     if (!mInLibrary) {
       if (mVerbose)
-        VLT_LOG(mCall, Warn, "VLT library definition file: unknown entry - skipping line #" << number << ": " << line);
+        RIG_LOG(mCall, Warn, "VLT library definition file: unknown entry - skipping line #" << number << ": " << line);
       return;
     }
     if (!mBracketOpen) {
       if (line[0] != '{') {
         if (mVerbose)
-          VLT_LOG(mCall, Warn,
+          RIG_LOG(mCall, Warn,
                   "VLT library definition file: opening bracket not found for library: "
                       << mCurrent.name << "; still looking for it and skipping line #" << number << ": " << line);
         return;
@@ -90,7 +90,7 @@ class CDefinitionParser {
       line = match[3].str();
     } else if (!mFirstEntrySeen) {
       if (mVerbose)
-        VLT_LOG(mCall, Warn,
+        RIG_LOG(mCall, Warn,
                 "VLT library definition file: invalid entry found in library: "
                     << mCurrent.name << "; still looking for first entry in the definition block, skipping line #"
                     << number << ": " << line);
@@ -114,7 +114,7 @@ class CDefinitionParser {
     if (!mInLibrary) return;
     mFound.push_back(mCurrent);
     if (mVerbose)
-      VLT_LOG(mCall, Warn,
+      RIG_LOG(mCall, Warn,
               "VLT library definition file: closing bracket not found for last library definition. Assume it should be "
               "there.");
   }
@@ -143,11 +143,11 @@ bool readVLTLibraryDefinition(TVLTLibraryDefinitionFileLibraries& libraries, con
 
 bool readVLTLibraryDefinition(const CScriptCall& call, TVLTLibraryDefinitionFileLibraries& libraries,
                               const fs::path& file, bool verbose) {
-  if (!NComponent::checkWdir(call.services(), call.translation)) return false;
-  if (verbose) VLT_LOG(call, Info, "Reading VLT library definition file: " << file.string());
+  if (!NComponent::checkWdir(call.services(), call.translation())) return false;
+  if (verbose) RIG_LOG(call, Info, "Reading VLT library definition file: " << file.string());
   std::vector<std::string> lines;
   if (!rig_common::readTextLines(file, lines)) {
-    VLT_LOG(call, Error, "VLT library definition file: cannot read the file: " << file.string());
+    RIG_LOG(call, Error, "VLT library definition file: cannot read the file: " << file.string());
     return false;
   }
   CDefinitionParser parser(call, verbose);
@@ -221,16 +221,16 @@ struct TDataKind {
 };
 
 void dumpEvaluation(const CScriptCall& call, const TVLTLibrary& library, const fs::path& file) {
-  VLT_LOG(call, Debug, "Dumping evaluated content of library definition file: " << file.string());
-  VLT_LOG(call, Debug, "  Component hard path list:");
-  for (const auto& path : library.componentPaths) VLT_LOG(call, Debug, "    " << path);
-  VLT_LOG(call, Debug, "  Geom hard path list:");
-  for (const auto& path : library.geomPaths) VLT_LOG(call, Debug, "    " << path);
-  VLT_LOG(call, Debug, "  Catalog hard path list:");
-  for (const auto& path : library.catalogPaths) VLT_LOG(call, Debug, "    " << path);
-  VLT_LOG(call, Debug, "  Component common path: " << library.commonComponentPath);
-  VLT_LOG(call, Debug, "  Geom common path: " << library.commonGeomPath);
-  VLT_LOG(call, Debug, "  Catalog common path: " << library.commonCatalogPath);
+  RIG_LOG(call, Debug, "Dumping evaluated content of library definition file: " << file.string());
+  RIG_LOG(call, Debug, "  Component hard path list:");
+  for (const auto& path : library.componentPaths) RIG_LOG(call, Debug, "    " << path);
+  RIG_LOG(call, Debug, "  Geom hard path list:");
+  for (const auto& path : library.geomPaths) RIG_LOG(call, Debug, "    " << path);
+  RIG_LOG(call, Debug, "  Catalog hard path list:");
+  for (const auto& path : library.catalogPaths) RIG_LOG(call, Debug, "    " << path);
+  RIG_LOG(call, Debug, "  Component common path: " << library.commonComponentPath);
+  RIG_LOG(call, Debug, "  Geom common path: " << library.commonGeomPath);
+  RIG_LOG(call, Debug, "  Catalog common path: " << library.commonCatalogPath);
 }
 
 }  // namespace
@@ -244,20 +244,20 @@ bool evaluateVLTLibrary(TVLTLibrary& library, const fs::path& locationMapFile, c
 
 bool evaluateVLTLibrary(const CScriptCall& call, TVLTLibrary& library, const fs::path& locationMapFile,
                         const fs::path& definitionFile, const std::string& libraryName, bool verbose) {
-  if (!NComponent::checkWdir(call.services(), call.translation)) return false;
-  if (!NComponent::checkLibLoc(call.services(), call.translation)) return false;
+  if (!NComponent::checkWdir(call.services(), call.translation())) return false;
+  if (!NComponent::checkLibLoc(call.services(), call.translation())) return false;
   const std::string root = NComponent::getLibraryLocation(call.services());
   if (verbose)
-    VLT_LOG(call, Info, "Evaluating VLT library: " << libraryName << " defined in: " << definitionFile.string());
+    RIG_LOG(call, Info, "Evaluating VLT library: " << libraryName << " defined in: " << definitionFile.string());
 
   QllnGeneral::TLocationMap map;
   if (!QllnGeneral::readLocationMap(call, map, locationMapFile, false)) {
-    VLT_LOG(call, Error, "Errors found while reading location map file: " << locationMapFile.string());
+    RIG_LOG(call, Error, "Errors found while reading location map file: " << locationMapFile.string());
     return false;
   }
   TVLTLibraryDefinitionFileLibraries libraries;
   if (!readVLTLibraryDefinition(call, libraries, definitionFile, false)) {
-    VLT_LOG(
+    RIG_LOG(
         call, Error,
         "Evaluating VLT Library: errors found while reading VLT library definition file: " << definitionFile.string());
     return false;
@@ -269,7 +269,7 @@ bool evaluateVLTLibrary(const CScriptCall& call, TVLTLibrary& library, const fs:
       break;
     }
   if (found == nullptr) {
-    VLT_LOG(call, Error, "Evaluating VLT Library: library not found: " << libraryName);
+    RIG_LOG(call, Error, "Evaluating VLT Library: library not found: " << libraryName);
     return false;
   }
 
@@ -285,7 +285,7 @@ bool evaluateVLTLibrary(const CScriptCall& call, TVLTLibrary& library, const fs:
       if (!hard.empty() && fs::is_directory(fs::path(hard)))
         kind.paths.insert(entry.path);
       else if (verbose)
-        VLT_LOG(call, Warn,
+        RIG_LOG(call, Warn,
                 "Evaluating VLT Library: following paths to " << kind.word
                                                               << " directory does not exist hence will not be "
                                                                  "processed: "
@@ -300,10 +300,10 @@ bool evaluateVLTLibrary(const CScriptCall& call, TVLTLibrary& library, const fs:
 
   for (auto& kind : kinds)
     if (kind.common.empty())
-      VLT_LOG(call, Warn, "Evaluating VLT Library: invalid (empty) common " << kind.word << " directory.");
+      RIG_LOG(call, Warn, "Evaluating VLT Library: invalid (empty) common " << kind.word << " directory.");
   for (auto& kind : kinds)
     if (fs::path(commonPath({kind.common, root})) != fs::path(root))
-      VLT_LOG(call, Warn,
+      RIG_LOG(call, Warn,
               "Evaluating VLT Library: " << kind.word << " directory does not lie underneath the VLT Library Root.");
   dumpEvaluation(call, library, definitionFile);
   return true;
@@ -327,30 +327,30 @@ std::string evaluateDirectory(const CScriptCall& call, TCommonDir which, const s
   const fs::path file = fs::path(libraryDir) / kLibraryDefinitionFileName;
   switch (which) {
     case kCatalogDir:
-      VLT_LOG(call, Debug, "Obtaining catalog directory: " << file.string());
+      RIG_LOG(call, Debug, "Obtaining catalog directory: " << file.string());
       break;
     case kCompsDir:
-      VLT_LOG(call, Debug, "Obtaining components data: " << file.string());
+      RIG_LOG(call, Debug, "Obtaining components data: " << file.string());
       break;
     case kGeomsDir:
-      VLT_LOG(call, Info, "Obtaining geoms data: " << file.string());
+      RIG_LOG(call, Info, "Obtaining geoms data: " << file.string());
       break;
   }
   TVLTLibrary library;
   if (!evaluateVLTLibrary(call, library, locationMapFile, file, libraryName, false)) {
     switch (which) {
       case kCatalogDir:
-        VLT_LOG(call, Error,
+        RIG_LOG(call, Error,
                 "Obtaining catalog directory: problem(s) found while reading VLT library definition file: "
                     << file.string());
         break;
       case kCompsDir:
-        VLT_LOG(
+        RIG_LOG(
             call, Error,
             "Obtaining components data: problem(s) found while reading VLT library definition file: " << file.string());
         break;
       case kGeomsDir:
-        VLT_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
+        RIG_LOG(call, Error, "Errors found while reading VLT library definition file: " << file.string());
         break;
     }
     return {};
@@ -409,10 +409,10 @@ std::string getVLTLibraryList(const std::string& libraryDir) {
   CScriptCall call;
   if (!call.ok()) return {};
   const fs::path file = fs::path(libraryDir) / NVlt2HrwHelpers::kLibraryDefinitionFileName;
-  VLT_LOG(call, Info, "Obtaining VLT library list from: " << file.string());
+  RIG_LOG(call, Info, "Obtaining VLT library list from: " << file.string());
   NVlt2HrwHelpers::TVLTLibraryDefinitionFileLibraries libraries;
   if (!NVlt2HrwHelpers::readVLTLibraryDefinition(call, libraries, file, false)) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Evaluating VLT Library: errors found while reading VLT library definition file: " << file.string());
     return {};
   }

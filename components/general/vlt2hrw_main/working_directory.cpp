@@ -21,10 +21,10 @@ namespace NVlt2HrwHelpers {
 
 bool createDirectory(const fs::path& dir, log4cxx::LoggerPtr logger) {
   if (fs::is_directory(dir)) {
-    VLT_LOG1(logger, Debug, "Directory already exists at: '" << dir.string() << "', so will not be created.");
+    RIG_LOG1(logger, Debug, "Directory already exists at: '" << dir.string() << "', so will not be created.");
     return true;
   }
-  VLT_LOG1(logger, Debug, "Directory does not exist at: '" << dir.string() << "', so will be created.");
+  RIG_LOG1(logger, Debug, "Directory does not exist at: '" << dir.string() << "', so will be created.");
   return fs::create_directory(dir);
 }
 
@@ -109,7 +109,7 @@ bool writeLibraryCfg(const fs::path& seedDir, const log4cxx::LoggerPtr& logger) 
   const fs::path file = seedDir / "Library.cfg";
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {
-    VLT_LOG1(logger, Error, "Cannot open Library.cfg file for writing: '" << file.string() << "'.");
+    RIG_LOG1(logger, Error, "Cannot open Library.cfg file for writing: '" << file.string() << "'.");
     return false;
   }
   out << "SECTION LibraryManager\n"
@@ -125,21 +125,21 @@ bool addValueVltProperty(const fs::path& seedDir, const log4cxx::LoggerPtr& logg
   {
     std::ifstream in(file.string(), std::ios::binary);
     if (!in) {
-      VLT_LOG1(logger, Error, "Cannot read Central Library property file: " << file.string());
+      RIG_LOG1(logger, Error, "Cannot read Central Library property file: " << file.string());
       return false;
     }
     for (std::string line; std::getline(in, line);) lines.push_back(line);
   }
   NVlt2HrwHelpers::TTextPropertyInsertion placed = NVlt2HrwHelpers::insertValueVltProperty(lines);
   for (const auto& line : placed.invalid)
-    VLT_LOG1(logger, Warn, "Probably invalid property definition. Line: " << line);
+    RIG_LOG1(logger, Warn, "Probably invalid property definition. Line: " << line);
 
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {
-    VLT_LOG1(logger, Error, "Cannot open Central Library property file for writing: " << file.string());
+    RIG_LOG1(logger, Error, "Cannot open Central Library property file for writing: " << file.string());
     return false;
   }
-  VLT_LOG1(logger, Debug, "VALUE_VLT property will have number: " << placed.number);
+  RIG_LOG1(logger, Debug, "VALUE_VLT property will have number: " << placed.number);
   for (const auto& line : placed.lines) out << line << '\n';
   return true;
 }
@@ -149,13 +149,13 @@ bool addValueVltProperty(const fs::path& seedDir, const log4cxx::LoggerPtr& logg
 bool createSeedLibrary(const fs::path& wdir, const log4cxx::LoggerPtr& logger) {
   std::string log;
   if (!getLogName(*gComponent, log)) {
-    VLT_LOG1(logger, Error, "Cannot obtain path to the log directory: ");
+    RIG_LOG1(logger, Error, "Cannot obtain path to the log directory: ");
     return false;
   }
   const fs::path logDir = wdir / log;
   const fs::path seedDir = wdir / "seed_library";
   if (!createDirectory(seedDir, logger)) {
-    VLT_LOG1(logger, Fatal, "Seed library directory cannot be created at: '" << seedDir.string() << "'");
+    RIG_LOG1(logger, Fatal, "Seed library directory cannot be created at: '" << seedDir.string() << "'");
     return false;
   }
   const std::string commandLine =
@@ -163,11 +163,11 @@ bool createSeedLibrary(const fs::path& wdir, const log4cxx::LoggerPtr& logger) {
                                        logDir / "libforge_int.log", logDir / "libforge.log");
   unsigned long code = 0;
   if (!runLibForge(logger, commandLine, code)) {
-    VLT_LOG1(logger, Error, "Cannot create seed library at: " << seedDir.string());
+    RIG_LOG1(logger, Error, "Cannot create seed library at: " << seedDir.string());
     return false;
   }
   if (code != 0) {
-    VLT_LOG1(logger, Warn,
+    RIG_LOG1(logger, Warn,
              "LibForge found problem(s) during creating seed CL: " << seedDir.string() << ". Returned code: " << code);
   }
   return writeLibraryCfg(seedDir, logger) && addValueVltProperty(seedDir, logger);
@@ -177,7 +177,7 @@ bool createSeedLibrary(const fs::path& wdir, const log4cxx::LoggerPtr& logger) {
 // the Fatal, when it cannot be made.
 bool createSubDirectory(const fs::path& dir, const char* what, const log4cxx::LoggerPtr& logger) {
   if (createDirectory(dir, logger)) return true;
-  VLT_LOG1(logger, Fatal, what << " directory cannot be created in the working directory: '" << dir.string() << "'");
+  RIG_LOG1(logger, Fatal, what << " directory cannot be created in the working directory: '" << dir.string() << "'");
   return false;
 }
 
@@ -187,53 +187,53 @@ bool CreateWDir(const std::string& wdir) {
   if (!gComponent) return false;
   log4cxx::LoggerPtr logger = getInitializationLogger(*gComponent);
   if (logger == nullptr) return false;
-  VLT_LOG1(logger, Info, "Creating working directory at: " << wdir);
+  RIG_LOG1(logger, Info, "Creating working directory at: " << wdir);
 
   const fs::path root(wdir);
   if (!createDirectory(root, logger)) {
-    VLT_LOG1(logger, Fatal, "Working directory cannot be created at: '" << wdir << "'");
+    RIG_LOG1(logger, Fatal, "Working directory cannot be created at: '" << wdir << "'");
     return false;
   }
   const std::string config = getConfigName(*gComponent);
   if (config.empty()) {
-    VLT_LOG1(logger, Fatal, "Cannot obtain path to the configuration directory: ");
+    RIG_LOG1(logger, Fatal, "Cannot obtain path to the configuration directory: ");
     return false;
   }
   if (!createSubDirectory(root / config, "Config", logger)) return false;
   std::string log;
   if (!getLogName(*gComponent, log)) {
-    VLT_LOG1(logger, Fatal, "Cannot obtain path to the log directory: ");
+    RIG_LOG1(logger, Fatal, "Cannot obtain path to the log directory: ");
     return false;
   }
   if (!createSubDirectory(root / log, "Log", logger)) return false;
   // The verifying steps write their reports under the log directory.
   const fs::path logReports = root / log / "reports";
   if (!createDirectory(logReports, logger)) {
-    VLT_LOG1(logger, Fatal, "Report directory cannot be created in the log directory: '" << logReports.string() << "'");
+    RIG_LOG1(logger, Fatal, "Report directory cannot be created in the log directory: '" << logReports.string() << "'");
     return false;
   }
   if (!createSubDirectory(root / "reports", "Report", logger)) return false;
   std::string neutral;
   if (!getNeutralName(*gComponent, neutral)) {
-    VLT_LOG1(logger, Fatal, "Cannot obtain path to the neutral directory: ");
+    RIG_LOG1(logger, Fatal, "Cannot obtain path to the neutral directory: ");
     return false;
   }
   if (!createSubDirectory(root / neutral, "Neutral", logger)) return false;
 
   const fs::path templates = fs::path(gComponent->componentDirectory) / "templates";
   if (!fs::is_directory(templates)) {
-    VLT_LOG1(logger, Fatal, "Template configuration directory does not exist: '" << templates.string() << "'");
+    RIG_LOG1(logger, Fatal, "Template configuration directory does not exist: '" << templates.string() << "'");
     return false;
   }
   const fs::path from = templates / "*.*";
   const fs::path to = root / config;
   if (NPlatform::copyDirectoryFiles(from, to) != 0) {
-    VLT_LOG1(logger, Fatal,
+    RIG_LOG1(logger, Fatal,
              "Cannot copy configuration files from: '" << from.string() << "' to: '" << to.string() << "'");
     return false;
   }
   if (!createSeedLibrary(root, logger)) return false;
-  VLT_LOG1(logger, Info, "Working directory successfully created at: " << wdir);
+  RIG_LOG1(logger, Info, "Working directory successfully created at: " << wdir);
   return true;
 }
 

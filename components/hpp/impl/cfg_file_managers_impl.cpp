@@ -73,7 +73,7 @@ bool CCatalogDataMapping::updatePropertyMapping(const TCatalogProperty& property
 
   TDOMElement* propertyMap = parser.getDOMElement(propertyMapPath());
   if (propertyMap == nullptr) {
-    VLT_LOG1(logger, Error, "Not found element: " << propertyMapPath().get() << ".");
+    RIG_LOG1(logger, Error, "Not found element: " << propertyMapPath().get() << ".");
     return false;
   }
   TDOMElement* element = parser.addElement(propertyMap, CXMLHierPath("property"));

@@ -7,7 +7,7 @@ namespace NConfig {
 
 bool CConfigParser::parse(const boost::filesystem::path& file) {
   if (!boost::filesystem::exists(file)) {
-    VLT_LOG1(logger, Fatal,
+    RIG_LOG1(logger, Fatal,
              "Configuration file does not exist:"
                  << "'" << file.string() << "'");
     return false;

@@ -13,7 +13,7 @@
 #include <string>
 #include <utility>
 
-#include "impl/log4rig_impl.hpp"
+#include "common/log4rig.hpp"
 #include "platform/markup_core.hpp"
 
 namespace NComponent {
@@ -65,7 +65,7 @@ class CElementIterator {
   TRecord operator*() const {
     TDOMElement* element = mFile->parser.getDOMElement(mList, mIndex);
     if (element == nullptr) {
-      VLT_LOG1(mFile->logger, Error, "Not found element nb.: " << mIndex << ".");
+      RIG_LOG1(mFile->logger, Error, "Not found element nb.: " << mIndex << ".");
       return TRecord();
     }
     return mReader(*mFile, element);

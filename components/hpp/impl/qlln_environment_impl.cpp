@@ -14,15 +14,14 @@ using rig_common::toUnixPath;
 using rig_common::toWindowsPath;
 
 // The platform and the source suite's home, quoted for tool lines.
-bool commonSteps(TPlatformServices& services, log4cxx::LoggerPtr translationLogger, log4cxx::LoggerPtr componentLogger,
-                 int& platform, std::string& home) {
+bool commonSteps(TPlatformServices& services, const TSinks& sinks, int& platform, std::string& home) {
   if (!getPlatform(services, platform)) {
-    RIG_LOG(translationLogger, componentLogger, RIG_LEVEL(Error), "Cannot obtain platform.");
+    RIG_LOG(sinks, Error, "Cannot obtain platform.");
     return false;
   }
   boost::filesystem::path qrnHome = getQrnHomeDir(services);
   if (qrnHome.empty()) {
-    RIG_LOG(translationLogger, componentLogger, RIG_LEVEL(Error), "Cannot obtain QLLN's QRN_HOME directory.");
+    RIG_LOG(sinks, Error, "Cannot obtain QLLN's QRN_HOME directory.");
     return false;
   }
   home = toUnixPath(qrnHome, true);
@@ -46,14 +45,13 @@ void platformStep(NMisc::CRunProgram<std::string>& run, int platform) {
 
 }  // namespace
 
-bool setQllnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services,
-                        log4cxx::LoggerPtr translationLogger, log4cxx::LoggerPtr componentLogger) {
+bool setQllnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services, const TSinks& sinks) {
   int platform = 0;
   std::string h;
-  if (!commonSteps(services, translationLogger, componentLogger, platform, h)) return false;
+  if (!commonSteps(services, sinks, platform, h)) return false;
   boost::filesystem::path kve = getKveHomeDir(services);
   if (kve.empty()) {
-    RIG_LOG(translationLogger, componentLogger, RIG_LEVEL(Error), "Cannot obtain QLLN's KVE_HOME directory.");
+    RIG_LOG(sinks, Error, "Cannot obtain QLLN's KVE_HOME directory.");
     return false;
   }
   std::string k = toWindowsPath(kve, true);
@@ -78,11 +76,10 @@ bool setQllnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices&
   return true;
 }
 
-bool setQllnQrnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services,
-                           log4cxx::LoggerPtr translationLogger, log4cxx::LoggerPtr componentLogger) {
+bool setQllnQrnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services, const TSinks& sinks) {
   int platform = 0;
   std::string h;
-  if (!commonSteps(services, translationLogger, componentLogger, platform, h)) return false;
+  if (!commonSteps(services, sinks, platform, h)) return false;
   run.replaceVariable("QRN_HOME", h);
   run.replaceVariable("QRN_HOMEQL", toWindowsPath(h));
   pushQrnPaths(run, h);

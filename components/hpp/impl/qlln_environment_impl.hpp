@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "components/hpp/component.hpp"
+#include "components/hpp/misc.hpp"
 #include "core/hpp/impl/run_program.hpp"
 
 namespace NComponent {
@@ -15,11 +15,9 @@ namespace NComponent {
 // Source suite and target suite (QRN_HOME, KVE_HOME and their directories,
 // PATH, TONIC_PATH, QRN_IGNORE_BROKEN_REFS). False, with nothing changed,
 // when the platform or an installation directory cannot be obtained.
-bool setQllnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services,
-                        log4cxx::LoggerPtr translationLogger, log4cxx::LoggerPtr componentLogger);
+bool setQllnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services, const TSinks& sinks);
 
 // The source suite alone (QRN_HOME, QRN_HOMEQL, PATH, TONIC_PATH).
-bool setQllnQrnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services,
-                           log4cxx::LoggerPtr translationLogger, log4cxx::LoggerPtr componentLogger);
+bool setQllnQrnEnvironment(NMisc::CRunProgram<std::string>& run, TPlatformServices& services, const TSinks& sinks);
 
 }  // namespace NComponent

@@ -21,12 +21,12 @@ bool readLocationMap(TLocationMap& map, const fs::path& file, bool verbose) {
 }
 
 bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, const fs::path& file, bool verbose) {
-  if (!NComponent::checkWdir(call.services(), call.translation)) return false;
-  if (verbose) VLT_LOG(call, Info, "Reading location map file: " << file.string());
+  if (!NComponent::checkWdir(call.services(), call.translation())) return false;
+  if (verbose) RIG_LOG(call, Info, "Reading location map file: " << file.string());
 
   std::vector<std::string> lines;
   if (!rig_common::readTextLines(file, lines)) {
-    VLT_LOG(call, Error, "Location map file: cannot read the file: " << file.string());
+    RIG_LOG(call, Error, "Location map file: cannot read the file: " << file.string());
     return false;
   }
 
@@ -38,7 +38,7 @@ bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, con
   auto finishPrefix = [&]() {
     if (current.first.empty()) return;
     if (current.second.empty() && verbose)
-      VLT_LOG(
+      RIG_LOG(
           call, Info,
           "Location map file: no hard pathnames have been assigned to  the following soft prefix: " << current.first);
     found.push_back(current);
@@ -55,16 +55,16 @@ bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, con
       continue;
     }
     if (current.first.empty()) {
-      if (verbose) VLT_LOG(call, Warn, "Location map file: orphaned hard pathname: " << line);
+      if (verbose) RIG_LOG(call, Warn, "Location map file: orphaned hard pathname: " << line);
       continue;
     }
     if (!fs::exists(fs::path(line)) && verbose)
-      VLT_LOG(call, Warn,
+      RIG_LOG(call, Warn,
               "Location map file: for the soft prefix: "
                   << current.first << " the following hard pathname does not exist in the filesystem: " << line);
     current.second.push_back(line);
     if (verbose && current.second.size() > 1)
-      VLT_LOG(
+      RIG_LOG(
           call, Info,
           "Location map file: more than one hard pathname assigned to  the following soft prefix: " << current.first);
   }

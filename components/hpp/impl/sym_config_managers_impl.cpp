@@ -4,13 +4,13 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/log4rig.hpp"
 #include "common/text_helpers.hpp"
-#include "impl/log4rig_impl.hpp"
 
 namespace NComponent {
 namespace NConfig {
 
-#define SYM_LOG(levelName, message) RIG_LOG(translationLogger, componentLogger, RIG_LEVEL(levelName), message)
+#define SYM_LOG(levelName, message) RIG_LOG(sinks, levelName, message)
 
 const std::map<std::string, TKnownProperty>& knownBodyProperties() {
   static const std::map<std::string, TKnownProperty> table = {
@@ -53,8 +53,7 @@ std::string attributeFor(const std::map<std::string, TKnownProperty>& known, con
 // ---------------------------------------------------------------------------
 // SymXltConfigManager
 
-bool SymXltConfigManager::read(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-                               log4cxx::LoggerPtr translationLogger) {
+bool SymXltConfigManager::read(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks) {
   SYM_LOG(Debug, "Reading SymXlt configuration file: " << file.string());
   std::ifstream in(file.string(), std::ios::binary);
   if (!in || boost::filesystem::is_directory(file)) {
@@ -91,8 +90,7 @@ bool SymXltConfigManager::read(const boost::filesystem::path& file, log4cxx::Log
   return true;
 }
 
-bool SymXltConfigManager::write(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-                                log4cxx::LoggerPtr translationLogger) const {
+bool SymXltConfigManager::write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks) const {
   SYM_LOG(Debug, "Writing SymXlt configuration file: " << file.string());
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {
@@ -149,8 +147,8 @@ void SymXltConfigManager::fillFromMapping(const NSymbol::TDataMapping& mapping, 
 // ---------------------------------------------------------------------------
 // SymNameMapManager
 
-bool SymNameMapManager::read(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-                             log4cxx::LoggerPtr translationLogger, const std::string& separator) {
+bool SymNameMapManager::read(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks,
+                             const std::string& separator) {
   SYM_LOG(Debug, "Reading symbol name mapping file: " << file.string());
   std::ifstream in(file.string(), std::ios::binary);
   if (!in || boost::filesystem::is_directory(file)) {
@@ -179,8 +177,8 @@ bool SymNameMapManager::read(const boost::filesystem::path& file, log4cxx::Logge
   return true;
 }
 
-bool SymNameMapManager::write(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-                              log4cxx::LoggerPtr translationLogger, const std::string& separator) const {
+bool SymNameMapManager::write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks,
+                              const std::string& separator) const {
   SYM_LOG(Debug, "Writing symbol name mapping file: " << file.string());
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {

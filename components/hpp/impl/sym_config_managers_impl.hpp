@@ -45,11 +45,9 @@ class SymXltConfigManager {
   using const_iterator = TSections::const_iterator;
 
   // Appends the file's sections; false when it cannot be opened.
-  bool read(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-            log4cxx::LoggerPtr translationLogger);
+  bool read(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks);
   // Writes the file anew; false when it cannot be opened.
-  bool write(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-             log4cxx::LoggerPtr translationLogger) const;
+  bool write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks) const;
 
   // The first section of exactly that name, or end().
   iterator findSection(const std::string& name);
@@ -81,12 +79,12 @@ class SymNameMapManager {
 
   // Appends the file's lines as records, split by `separator` (a regular
   // expression); false when it cannot be opened.
-  bool read(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-            log4cxx::LoggerPtr translationLogger, const std::string& separator);
+  bool read(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks,
+            const std::string& separator);
   // Writes the file anew with `separator` as plain text; false when it
   // cannot be opened.
-  bool write(const boost::filesystem::path& file, log4cxx::LoggerPtr componentLogger,
-             log4cxx::LoggerPtr translationLogger, const std::string& separator) const;
+  bool write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks,
+             const std::string& separator) const;
 
   // Replaces partition and target of the first record of that source
   // symbol, or appends a record.

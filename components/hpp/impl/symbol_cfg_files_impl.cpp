@@ -84,7 +84,7 @@ void CSymbolData::createDefaults() {
 std::string CSymbolData::getCommon(const std::string& attribute) {
   TDOMElement* common = parser.getDOMElement(symbolDataPath() / "common");
   if (common == nullptr) {
-    VLT_LOG1(logger, Error, "Not found symbol data 'common' node.");
+    RIG_LOG1(logger, Error, "Not found symbol data 'common' node.");
     return std::string();
   }
   return parser.getAttribute(common, attribute);
@@ -208,12 +208,12 @@ bool readSymbolConfigurationData(const boost::filesystem::path& file, int& start
   if (!call.ok()) return false;
 
   if (!boost::filesystem::is_regular_file(file)) {
-    VLT_LOG(call, Error, "Loading symbols configuration file: symbol data file does not exist: " << file.string());
+    RIG_LOG(call, Error, "Loading symbols configuration file: symbol data file does not exist: " << file.string());
     return false;
   }
-  NComponent::NConfig::NSymbol::CSymbolData symbolData(call.translation);
+  NComponent::NConfig::NSymbol::CSymbolData symbolData(call.translation());
   if (!symbolData.parse(file)) {
-    VLT_LOG(call, Error, "Loading symbols configuration file: cannot parse file: " << file.string());
+    RIG_LOG(call, Error, "Loading symbols configuration file: cannot parse file: " << file.string());
     return false;
   }
   start = symbolData.getStart();
@@ -222,7 +222,7 @@ bool readSymbolConfigurationData(const boost::filesystem::path& file, int& start
   if (partitions != nullptr)
     for (auto it = symbolData.begin(), last = symbolData.end(); it != last; ++it) partitions->push_back(*it);
   if (start < 0 || stop < 0 || depth < 0) {
-    VLT_LOG(call, Error,
+    RIG_LOG(call, Error,
             "Reading symbol configuration data: invalid content of file, or file is incomplete: " << file.string());
     return false;
   }

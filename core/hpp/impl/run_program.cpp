@@ -9,7 +9,7 @@
 #include <cstring>
 #include <vector>
 
-#include "components/hpp/impl/log4rig_impl.hpp"
+#include "common/log4rig.hpp"
 
 namespace NMisc {
 
@@ -38,21 +38,21 @@ CRunProgram<std::string>::~CRunProgram() {
 }
 
 bool CRunProgram<std::string>::obtainCurrentEnvironment() {
-  VLT_LOG1(mLogger, Debug, "Process starter: obtaining current environment: ");
+  RIG_LOG1(mLogger, Debug, "Process starter: obtaining current environment: ");
   mEnvironment.clear();
   char* block = NPlatform::getEnvironmentStrings();
   if (block == nullptr) {
     int error = NPlatform::lastError();
-    VLT_LOG1(mLogger, Error, "Process starter: environment cannot be loaded. " << systemErrorText(error));
+    RIG_LOG1(mLogger, Error, "Process starter: environment cannot be loaded. " << systemErrorText(error));
     return false;
   }
   for (const char* entry = block; *entry != '\0'; entry += std::strlen(entry) + 1) {
     const char* separator = std::strchr(entry, '=');
     if (separator == nullptr) {
-      VLT_LOG1(mLogger, Warn,
+      RIG_LOG1(mLogger, Warn,
                "The key/val separator not found for the following variable definition: '" << entry << "'.");
     } else if (separator == entry) {
-      VLT_LOG1(mLogger, Warn,
+      RIG_LOG1(mLogger, Warn,
                "Variable name is invalid (key/val separator is the first character) for the following variable "
                "definition: '"
                    << entry << "'.");
@@ -70,14 +70,14 @@ CRunProgram<std::string>::TEnvironment::iterator CRunProgram<std::string>::findV
 }
 
 void CRunProgram<std::string>::replaceVariable(const std::string& name, const std::string& value) {
-  VLT_LOG1(mLogger, Debug, "Process starter: setting variable: " << name << "=" << value);
+  RIG_LOG1(mLogger, Debug, "Process starter: setting variable: " << name << "=" << value);
   auto found = findVariable(name);
   if (found != mEnvironment.end()) mEnvironment.erase(found);
   mEnvironment.emplace_back(name, value);
 }
 
 void CRunProgram<std::string>::pushValueFront(const std::string& name, const std::string& value) {
-  VLT_LOG1(mLogger, Debug, "Process starter: pushing value to front: " << name << "=" << value << "$" << name);
+  RIG_LOG1(mLogger, Debug, "Process starter: pushing value to front: " << name << "=" << value << "$" << name);
   auto found = findVariable(name);
   if (found != mEnvironment.end())
     found->second = value + found->second;
@@ -90,9 +90,8 @@ void CRunProgram<std::string>::logEnvironment() const {
   if (mLogger == nullptr || !mLogger->isEnabledFor(log4cxx::Level::getTrace())) return;
   std::vector<TEnvironment::value_type> sorted(mEnvironment.begin(), mEnvironment.end());
   std::sort(sorted.begin(), sorted.end());
-  RIG_LOG_ONE(mLogger, log4cxx::Level::getTrace(), "Environment passed for creating process:");
-  for (const auto& entry : sorted)
-    RIG_LOG_ONE(mLogger, log4cxx::Level::getTrace(), "    Variable: " << entry.first << "=" << entry.second);
+  RIG_LOG1(mLogger, Trace, "Environment passed for creating process:");
+  for (const auto& entry : sorted) RIG_LOG1(mLogger, Trace, "    Variable: " << entry.first << "=" << entry.second);
 }
 
 std::unique_ptr<char[]> CRunProgram<std::string>::environmentBlock() const {
@@ -115,23 +114,23 @@ std::unique_ptr<char[]> CRunProgram<std::string>::environmentBlock() const {
 
 bool CRunProgram<std::string>::runProgram(const std::string& command, bool wait, unsigned long creationFlags) {
   (void)creationFlags;  // no console windows to suppress here
-  VLT_LOG1(mLogger, Debug, "Process starter: creating process: '" << command << "'");
+  RIG_LOG1(mLogger, Debug, "Process starter: creating process: '" << command << "'");
   mExitCode = 0;
   if (command.empty()) {
-    VLT_LOG1(mLogger, Error, "Process starter: process cannot be created - empty command");
+    RIG_LOG1(mLogger, Error, "Process starter: process cannot be created - empty command");
     return false;
   }
   logEnvironment();
   NPlatform::TStartupInfo startupInfo;
   NPlatform::CChildProcess process;
   std::unique_ptr<char[]> block = environmentBlock();
-  VLT_LOG1(mLogger, Debug, "Create process: " << command);
+  RIG_LOG1(mLogger, Debug, "Create process: " << command);
   if (!process.create(command, block.get(), startupInfo)) {
     int error = NPlatform::lastError();
-    VLT_LOG1(mLogger, Error, "Process starter: process cannot be created. " << systemErrorText(error));
+    RIG_LOG1(mLogger, Error, "Process starter: process cannot be created. " << systemErrorText(error));
     return false;
   }
-  VLT_LOG1(mLogger, Debug, "Process starter: process created successfully; waiting until child process exits...");
+  RIG_LOG1(mLogger, Debug, "Process starter: process created successfully; waiting until child process exits...");
   if (wait) process.wait(NPlatform::kInfinite);
   bool result = true;
   unsigned long code = 0;
@@ -139,13 +138,13 @@ bool CRunProgram<std::string>::runProgram(const std::string& command, bool wait,
     mExitCode = code;
   } else {
     int error = NPlatform::lastError();
-    VLT_LOG1(mLogger, Error,
+    RIG_LOG1(mLogger, Error,
              "Process starter: process exited, but return code cannot be obtained. Reason: " << systemErrorText(error));
     result = false;
   }
-  VLT_LOG1(mLogger, Debug, "Process starter: cleanup.");
+  RIG_LOG1(mLogger, Debug, "Process starter: cleanup.");
   process.close();
-  VLT_LOG1(mLogger, Debug, "Process starter: all done.");
+  RIG_LOG1(mLogger, Debug, "Process starter: all done.");
   return result;
 }
 

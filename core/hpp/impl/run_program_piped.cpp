@@ -4,7 +4,7 @@
 
 #include <log4cxx/level.h>
 
-#include "components/hpp/impl/log4rig_impl.hpp"
+#include "common/log4rig.hpp"
 #include "core/hpp/impl/run_program.hpp"
 
 namespace NMisc {
@@ -45,9 +45,9 @@ bool CRunProgram<std::string>::restoreStdHandles(const TProcess& process) {
 
 CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(const std::string& command,
                                                                             unsigned int initTimeoutMs) {
-  VLT_LOG1(mLogger, Debug, "Piped process starter: creating process: '" << command << "'");
+  RIG_LOG1(mLogger, Debug, "Piped process starter: creating process: '" << command << "'");
   if (command.empty()) {
-    VLT_LOG1(mLogger, Error, "Piped process starter: process cannot be created - empty command");
+    RIG_LOG1(mLogger, Error, "Piped process starter: process cannot be created - empty command");
     return nullptr;
   }
   logEnvironment();
@@ -56,11 +56,11 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
   mProcesses.push_back(std::make_unique<TProcess>());
   TProcess* process = mProcesses.back().get();
   if (!makePipe(process->readingPipe, true)) {
-    VLT_LOG1(mLogger, Error, "Piped process starter: cannot create reading pipe.");
+    RIG_LOG1(mLogger, Error, "Piped process starter: cannot create reading pipe.");
     return nullptr;
   }
   if (!makePipe(process->writingPipe, false)) {
-    VLT_LOG1(mLogger, Error, "Piped process starter: cannot create writing pipe.");
+    RIG_LOG1(mLogger, Error, "Piped process starter: cannot create writing pipe.");
     return nullptr;
   }
   process->startupInfo = NPlatform::TStartupInfo();
@@ -72,7 +72,7 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
   std::unique_ptr<char[]> block = environmentBlock();
   if (!process->processInformation.create(command, block.get(), process->startupInfo)) {
     int error = NPlatform::lastError();
-    VLT_LOG1(mLogger, Error, "Piped process starter: process cannot be created. Reason: " << systemErrorText(error));
+    RIG_LOG1(mLogger, Error, "Piped process starter: process cannot be created. Reason: " << systemErrorText(error));
     restoreStdHandles(*process);
     return nullptr;
   }
@@ -82,14 +82,14 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
   closeEnd(process->readingPipe[0]);
   closeEnd(process->writingPipe[2]);
 
-  VLT_LOG1(mLogger, Debug,
+  RIG_LOG1(mLogger, Debug,
            "Piped process starter: process created successfully; waiting until it has finished its initialization, "
            "up to "
                << initTimeoutMs << " milliseconds...");
   for (int attempt = 0; attempt < 1; ++attempt) {
     unsigned long waited = process->processInformation.waitForInputIdle(initTimeoutMs);
     if (waited == NPlatform::kWaitTimeout) {
-      VLT_LOG1(mLogger, Error,
+      RIG_LOG1(mLogger, Error,
                "Piped process starter: process has not finished its initialization after: " << initTimeoutMs
                                                                                             << "milliseconds.");
       closeEnd(process->writingEnd());
@@ -100,29 +100,29 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
     if (waited == NPlatform::kWaitFailed) {
       int error = NPlatform::lastError();
       if (error != 0)
-        VLT_LOG1(mLogger, Error,
+        RIG_LOG1(mLogger, Error,
                  "Piped process starter: process initialization failed. Reason: " << systemErrorText(error));
     }
   }
-  VLT_LOG1(mLogger, Debug, "Piped process starter: restoring Std handles.");
+  RIG_LOG1(mLogger, Debug, "Piped process starter: restoring Std handles.");
   if (!restoreStdHandles(*process))
-    VLT_LOG1(mLogger, Warn, "Piped process starter: Std handles cannot be restored properly.");
+    RIG_LOG1(mLogger, Warn, "Piped process starter: Std handles cannot be restored properly.");
   return process;
 }
 
 bool CRunProgram<std::string>::closeProcess(TProcess* process, unsigned int timeoutMs, unsigned int exitCodeIfKilled) {
-  VLT_LOG1(mLogger, Debug, "Piped process close: waiting until child process exits...");
+  RIG_LOG1(mLogger, Debug, "Piped process close: waiting until child process exits...");
   mExitCode = 0;
   if (process == nullptr) return false;
   bool result = true;
   NPlatform::CChildProcess& child = process->processInformation;
   unsigned long limit = timeoutMs == kInfinite ? NPlatform::kInfinite : timeoutMs;
   if (child.wait(limit) != NPlatform::kWaitObject0) {
-    VLT_LOG1(mLogger, Error, "Piped process close: time-out interval elapsed: " << timeoutMs << " milliseconds.");
-    VLT_LOG1(mLogger, Debug, "Piped process close: attempting to terminate such a process...");
+    RIG_LOG1(mLogger, Error, "Piped process close: time-out interval elapsed: " << timeoutMs << " milliseconds.");
+    RIG_LOG1(mLogger, Debug, "Piped process close: attempting to terminate such a process...");
     if (!child.terminate(exitCodeIfKilled)) {
       int error = NPlatform::lastError();
-      VLT_LOG1(mLogger, Error, "Piped process close: process cannot be terminated. Reason: " << systemErrorText(error));
+      RIG_LOG1(mLogger, Error, "Piped process close: process cannot be terminated. Reason: " << systemErrorText(error));
     }
     result = false;
   }
@@ -131,17 +131,17 @@ bool CRunProgram<std::string>::closeProcess(TProcess* process, unsigned int time
     mExitCode = code;
   } else {
     int error = NPlatform::lastError();
-    VLT_LOG1(
+    RIG_LOG1(
         mLogger, Error,
         "Piped process close: process exited, but return code cannot be obtained. Reason: " << systemErrorText(error));
     result = false;
   }
-  VLT_LOG1(mLogger, Debug, "Piped process close: cleanup.");
+  RIG_LOG1(mLogger, Debug, "Piped process close: cleanup.");
   if (!restoreStdHandles(*process)) result = false;
   if (!child.close()) result = false;
   // Nobody reads the child's output; its pipe goes with the child.
   closeEnd(process->writingPipe[0]);
-  VLT_LOG1(mLogger, Debug, "Piped process close: all done.");
+  RIG_LOG1(mLogger, Debug, "Piped process close: all done.");
   return result;
 }
 
