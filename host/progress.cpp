@@ -41,6 +41,7 @@ void CProgress::step(const std::string& title) {
 }
 
 void CProgress::callBegin(const std::string& function) {
+  if (mNamed) draw(false);
   if (mNamed || isQuiet(function)) return;
   end();
   begin(function, false);
@@ -53,6 +54,9 @@ void CProgress::callEnd(const std::string& function, const std::string& result) 
     if (mFailure.empty()) mFailure = function + " answered " + (result.empty() ? "\"\"" : result);
   }
   if (!mNamed) end();
+  // Between two calls of a named step the script may print: the bar makes
+  // way and comes back with the next call or message.
+  clearLine();
 }
 
 void CProgress::callError(const std::string& function) {
@@ -115,6 +119,7 @@ void CProgress::end() {
   }
   mOpen = false;
   clearLine();
+  std::fflush(stdout);  // what the script printed comes first
   std::string line = mTitle + ": " + (mFailed ? "FAILED (" + mFailure + ")" : std::string("done"));
   if (mItems > 0) line += ", " + std::to_string(mItems) + (mItems == 1 ? " item" : " items");
   if (mWarnings > 0) line += ", " + std::to_string(mWarnings) + (mWarnings == 1 ? " warning" : " warnings");
@@ -134,6 +139,7 @@ void CProgress::draw(bool force) {
   if (!mCurrent.empty()) line += "  " + mCurrent;
   line += "  " + durationText(now - mStart);
   line = escapeControlBytes(shortenMiddle(line, 100));
+  std::fflush(stdout);
   mOut << "\r\033[K" << line << std::flush;
   mBarShown = true;
 }
@@ -142,6 +148,7 @@ void CProgress::clearLine() {
   if (!mBarShown) return;
   mOut << "\r\033[K" << std::flush;
   mBarShown = false;
+  mLastDraw = TClock::time_point();
 }
 
 void CProgress::redraw() { draw(true); }

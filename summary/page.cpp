@@ -24,7 +24,7 @@ const char kHead[] = R"HTML(<!DOCTYPE html>
 body{font:14px/1.4 system-ui,sans-serif;margin:0 2em 3em;color:#222}
 h1{margin:.6em 0 .1em}h2{margin:1.4em 0 .4em;border-bottom:1px solid #ccc}
 .where{color:#666;font-size:12px}
-table{border-collapse:collapse}td,th{border:1px solid #ddd;padding:2px 8px;text-align:left;vertical-align:top}
+table{border-collapse:collapse}td,th{border:1px solid #ddd;padding:2px 8px;text-align:left;vertical-align:top;white-space:pre-line}
 td.n{text-align:right;font-variant-numeric:tabular-nums}
 tr.bad td.n{color:#b00;font-weight:bold}
 .none{color:#080}
@@ -38,7 +38,7 @@ svg.sym{width:230px;height:180px;background:#fafafa;border:1px solid #eee}
 svg.sym .body{fill:#ffd;stroke:#333;stroke-width:.12}
 svg.sym line{stroke:#333;stroke-width:.1}
 svg.sym text{font-family:sans-serif}
-.problem{color:#b00;font-size:12px;height:180px;overflow:auto}
+.problem{color:#b00;font-size:12px;height:180px;overflow:auto;word-break:break-all}
 .pager button{margin:0 4px}
 code{font-size:12px}
 </style></head><body>
@@ -212,6 +212,7 @@ section("links", "Reports and logs", facts.links.length);
 const list = el("ul");
 for (const l of facts.links) list.append(el("li", {}, el("a", {href: encodeURI(l)}, l)));
 main.append(list);
+document.body.dataset.ready = "yes";
 </script></body></html>
 )HTML";
 
