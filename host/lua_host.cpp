@@ -139,9 +139,13 @@ std::string resultText(lua_State* L, int index) {
       return lua_toboolean(L, index) ? "true" : "false";
     case LUA_TNUMBER:
     case LUA_TSTRING: {
+      // On a copy: lua_tolstring turns a number into a string in place.
+      lua_pushvalue(L, index);
       size_t length = 0;
-      const char* text = lua_tolstring(L, index, &length);
-      return std::string(text, length);
+      const char* text = lua_tolstring(L, -1, &length);
+      std::string result(text, length);
+      lua_pop(L, 1);
+      return result;
     }
     case LUA_TNONE:
       return "(nothing)";
