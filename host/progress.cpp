@@ -35,12 +35,33 @@ std::string CProgress::durationText(TClock::duration duration) {
   return text;
 }
 
+CProgress::CProgress(std::ostream& out, EProgress mode) : mOut(out), mMode(mode) {
+  if (mMode == EProgress::Bar) mTicker = std::thread([this] { tick(); });
+}
+
+CProgress::~CProgress() {
+  {
+    std::lock_guard<std::mutex> lock(mMutex);
+    mStopping = true;
+  }
+  mStop.notify_all();
+  if (mTicker.joinable()) mTicker.join();
+}
+
+void CProgress::tick() {
+  std::unique_lock<std::mutex> lock(mMutex);
+  while (!mStop.wait_for(lock, std::chrono::seconds(1), [this] { return mStopping; }))
+    if (mBarShown) draw(true);
+}
+
 void CProgress::step(const std::string& title) {
+  std::lock_guard<std::mutex> lock(mMutex);
   end();
   begin(title, true);
 }
 
 void CProgress::callBegin(const std::string& function) {
+  std::lock_guard<std::mutex> lock(mMutex);
   if (mNamed) draw(false);
   if (mNamed || isQuiet(function)) return;
   end();
@@ -48,6 +69,7 @@ void CProgress::callBegin(const std::string& function) {
 }
 
 void CProgress::callEnd(const std::string& function, const std::string& result) {
+  std::lock_guard<std::mutex> lock(mMutex);
   if (isQuiet(function)) return;
   if (result == "false" || result == "-1" || result.empty()) {
     mFailed = true;
@@ -56,10 +78,11 @@ void CProgress::callEnd(const std::string& function, const std::string& result) 
   if (!mNamed) end();
   // Between two calls of a named step the script may print: the bar makes
   // way and comes back with the next call or message.
-  clearLine();
+  clearLocked();
 }
 
 void CProgress::callError(const std::string& function) {
+  std::lock_guard<std::mutex> lock(mMutex);
   mFailed = true;
   if (mFailure.empty()) mFailure = function + " stopped with a Lua error";
   if (!mNamed) end();
@@ -67,6 +90,7 @@ void CProgress::callError(const std::string& function) {
 
 // The component's messages that tell of items: one per catalog or symbol.
 void CProgress::message(const std::string& sink, const std::string& level, const std::string& text) {
+  std::lock_guard<std::mutex> lock(mMutex);
   bool twin = sink != mLastSink && level == mLastLevel && text == mLastText;
   mLastSink = twin ? std::string() : sink;
   mLastLevel = twin ? std::string() : level;
@@ -74,7 +98,7 @@ void CProgress::message(const std::string& sink, const std::string& level, const
   if (!mOpen || twin) return;
   if (level == "WARN") ++mWarnings;
   if (level == "ERROR" || level == "FATAL") ++mErrors;
-  static const std::regex total("Following number of symbols found for partition (.*): ([0-9]+)");
+  static const std::regex total("[Ff]ollowing number of symbols found for partition (.*): ([0-9]+)");
   std::smatch match;
   if (startsWith(text, "Saving catalog: ")) {
     ++mItems;
@@ -88,7 +112,8 @@ void CProgress::message(const std::string& sink, const std::string& level, const
   } else if (text.find("following symbol will be excluded from translation: ") != std::string::npos) {
     ++mItems;
     mCurrent = leafName(text.substr(text.find(": ", text.find("translation")) + 2)) + " (excluded)";
-  } else if (startsWith(text, "Piped process starter: creating process: '") && text.find("sksym2td") != std::string::npos) {
+  } else if (startsWith(text, "Piped process starter: creating process: '") &&
+             text.find("sksym2td") != std::string::npos) {
     ++mItems;  // one run of the symbol tool per symbol
   } else if (startsWith(text, "Process starter: creating process: '") &&
              (text.find("tlx2partsdb") != std::string::npos)) {
@@ -118,7 +143,7 @@ void CProgress::end() {
     return;
   }
   mOpen = false;
-  clearLine();
+  clearLocked();
   std::fflush(stdout);  // what the script printed comes first
   std::string line = mTitle + ": " + (mFailed ? "FAILED (" + mFailure + ")" : std::string("done"));
   if (mItems > 0) line += ", " + std::to_string(mItems) + (mItems == 1 ? " item" : " items");
@@ -127,7 +152,10 @@ void CProgress::end() {
   mOut << escapeControlBytes(shortenMiddle(line + ", " + durationText(TClock::now() - mStart))) << '\n' << std::flush;
 }
 
-void CProgress::finish() { end(); }
+void CProgress::finish() {
+  std::lock_guard<std::mutex> lock(mMutex);
+  end();
+}
 
 void CProgress::draw(bool force) {
   if (mMode != EProgress::Bar || !mOpen) return;
@@ -135,7 +163,8 @@ void CProgress::draw(bool force) {
   if (!force && now - mLastDraw < std::chrono::milliseconds(100)) return;
   mLastDraw = now;
   std::string line = mTitle;
-  if (mItems > 0 || mTotal > 0) line += "  " + std::to_string(mItems) + (mTotal > 0 ? "/" + std::to_string(mTotal) : "");
+  if (mItems > 0 || mTotal > 0)
+    line += "  " + std::to_string(mItems) + (mTotal > 0 ? "/" + std::to_string(mTotal) : "");
   if (!mCurrent.empty()) line += "  " + mCurrent;
   line += "  " + durationText(now - mStart);
   line = escapeControlBytes(shortenMiddle(line, 100));
@@ -145,12 +174,20 @@ void CProgress::draw(bool force) {
 }
 
 void CProgress::clearLine() {
+  std::lock_guard<std::mutex> lock(mMutex);
+  clearLocked();
+}
+
+void CProgress::clearLocked() {
   if (!mBarShown) return;
   mOut << "\r\033[K" << std::flush;
   mBarShown = false;
   mLastDraw = TClock::time_point();
 }
 
-void CProgress::redraw() { draw(true); }
+void CProgress::redraw() {
+  std::lock_guard<std::mutex> lock(mMutex);
+  draw(true);
+}
 
 }  // namespace vlthost

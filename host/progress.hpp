@@ -14,8 +14,11 @@
 // the warnings and errors it logged, and its duration.
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <ostream>
 #include <string>
+#include <thread>
 
 namespace vlthost {
 
@@ -24,7 +27,12 @@ enum class EProgress { Off, Bar, Lines };
 class CProgress {
  public:
   using TClock = std::chrono::steady_clock;
-  CProgress(std::ostream& out, EProgress mode) : mOut(out), mMode(mode) {}
+  // The bar is redrawn every second by a thread of its own, so that the
+  // elapsed time runs on while a tool works on one item for a long time.
+  CProgress(std::ostream& out, EProgress mode);
+  ~CProgress();
+  CProgress(const CProgress&) = delete;
+  CProgress& operator=(const CProgress&) = delete;
 
   void step(const std::string& title);
   void callBegin(const std::string& function);
@@ -48,6 +56,8 @@ class CProgress {
   void begin(const std::string& title, bool named);
   void end();
   void draw(bool force);
+  void clearLocked();
+  void tick();
 
   std::ostream& mOut;
   EProgress mMode;
@@ -56,6 +66,10 @@ class CProgress {
   std::string mLastSink, mLastLevel, mLastText;
   long mItems = 0, mTotal = 0, mWarnings = 0, mErrors = 0;
   TClock::time_point mStart, mLastDraw;
+  std::mutex mMutex;
+  std::condition_variable mStop;
+  bool mStopping = false;
+  std::thread mTicker;
 };
 
 }  // namespace vlthost

@@ -82,7 +82,8 @@ TDrawing readDrawing(const std::string& file) {
     } else if ((keyword == "REFDES" || keyword == "REFDES_VALUE") && f.size() >= 2) {
       drawing.refdes = f[1];
     } else if ((keyword == "BODY" || keyword == "RECT") && f.size() >= 5) {
-      body = number(f[1], drawing.x1) && number(f[2], drawing.y1) && number(f[3], drawing.x2) && number(f[4], drawing.y2);
+      body =
+          number(f[1], drawing.x1) && number(f[2], drawing.y1) && number(f[3], drawing.x2) && number(f[4], drawing.y2);
     } else if (keyword == "PIN" && f.size() >= 6) {
       TPin pin;
       pin.name = f[1];

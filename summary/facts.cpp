@@ -1,12 +1,12 @@
 // Collects the facts of a migration from its working directory.
 
+#include <algorithm>
 #include <boost/algorithm/string/trim.hpp>
 #include <boost/filesystem.hpp>
 #include <fstream>
-#include <algorithm>
 #include <regex>
-#include <sstream>
 #include <set>
+#include <sstream>
 
 #include "summary/summary.hpp"
 
@@ -249,7 +249,9 @@ TSummary collectSummary(const std::string& wdirText) {
     fs::path targetFile = symbolHolder / pair.partition / (pair.target + ".sym");
     pair.targetDrawing = readDrawing(targetFile.string());
     if (!fs::exists(targetFile)) pair.targetDrawing.problem = "no target symbol " + targetFile.string();
-    pair.status = rejectedSymbols.count(pair.source) ? "rejected" : fs::exists(targetFile) ? "converted" : "not converted";
+    pair.status = rejectedSymbols.count(pair.source) ? "rejected"
+                  : fs::exists(targetFile)           ? "converted"
+                                                     : "not converted";
     summary.symbols.push_back(pair);
   }
   for (auto it = summary.claimedTargets.begin(); it != summary.claimedTargets.end();) {

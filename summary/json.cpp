@@ -30,10 +30,18 @@ std::string jsonString(const std::string& text) {
     }
     char escape[8];
     switch (c) {
-      case '"': out += "\\\""; break;
-      case '\\': out += "\\\\"; break;
-      case '\n': out += "\\n"; break;
-      case '\t': out += "\\t"; break;
+      case '"':
+        out += "\\\"";
+        break;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
       default:
         if (c < 0x20 || c == '<' || c == '>' || c == '&' || c == 0x7F) {
           std::snprintf(escape, sizeof(escape), "\\u%04x", c);
@@ -66,10 +74,13 @@ std::string array(const std::vector<T>& items, F item) {
 std::string drawingJson(const TDrawing& d) {
   if (!d.valid) return "{\"problem\":" + jsonString(d.problem) + "}";
   return "[" + jsonString(d.name) + "," + jsonString(d.refdes) + "," + number(d.x1) + "," + number(d.y1) + "," +
-         number(d.x2) + "," + number(d.y2) + "," + array(d.pins, [](const TPin& p) {
-           return "[" + jsonString(p.name) + "," + jsonString(p.number) + "," + number(p.x) + "," + number(p.y) + "," +
-                  jsonString(p.side) + "]";
-         }) + "]";
+         number(d.x2) + "," + number(d.y2) + "," +
+         array(d.pins,
+               [](const TPin& p) {
+                 return "[" + jsonString(p.name) + "," + jsonString(p.number) + "," + number(p.x) + "," + number(p.y) +
+                        "," + jsonString(p.side) + "]";
+               }) +
+         "]";
 }
 
 }  // namespace
@@ -103,10 +114,13 @@ std::string summaryJson(const TSummary& s, bool drawings) {
   };
   out += "\"rejected_parts\":" + array(s.rejectedParts, rejected("part")) + ",\n";
   out += "\"rejected_symbols\":" + array(s.rejectedSymbols, rejected("symbol")) + ",\n";
-  out += "\"findings\":" + array(s.findings, [](const TFinding& f) {
-           return "{\"report\":" + jsonString(f.report) + ",\"section\":" + jsonString(f.section) +
-                  ",\"text\":" + jsonString(f.text) + "}";
-         }) + ",\n";
+  out += "\"findings\":" +
+         array(s.findings,
+               [](const TFinding& f) {
+                 return "{\"report\":" + jsonString(f.report) + ",\"section\":" + jsonString(f.section) +
+                        ",\"text\":" + jsonString(f.text) + "}";
+               }) +
+         ",\n";
   out += "\"claimed_targets\":[";
   first = true;
   for (const auto& claim : s.claimedTargets) {
@@ -114,13 +128,17 @@ std::string summaryJson(const TSummary& s, bool drawings) {
            ",\"sources\":" + array(claim.second, jsonString) + "}";
     first = false;
   }
-  out += "],\n\"symbols\":" + array(s.symbols, [drawings](const TSymbolPair& p) {
-           std::string item = "{\"source\":" + jsonString(p.source) + ",\"partition\":" + jsonString(p.partition) +
-                              ",\"target\":" + jsonString(p.target) + ",\"status\":" + jsonString(p.status);
-           if (drawings)
-             item += ",\"drawings\":[" + drawingJson(p.sourceDrawing) + "," + drawingJson(p.targetDrawing) + "]";
-           return item + "}\n";
-         }) + ",\n";
+  out += "],\n\"symbols\":" +
+         array(s.symbols,
+               [drawings](const TSymbolPair& p) {
+                 std::string item = "{\"source\":" + jsonString(p.source) +
+                                    ",\"partition\":" + jsonString(p.partition) +
+                                    ",\"target\":" + jsonString(p.target) + ",\"status\":" + jsonString(p.status);
+                 if (drawings)
+                   item += ",\"drawings\":[" + drawingJson(p.sourceDrawing) + "," + drawingJson(p.targetDrawing) + "]";
+                 return item + "}\n";
+               }) +
+         ",\n";
   out += "\"links\":" + array(s.links, [](const TLink& l) { return jsonString(l.path); }) + "\n}\n";
   return out;
 }

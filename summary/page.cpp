@@ -247,7 +247,8 @@ int runSummaryCommand(const std::string& wdir, std::ostream& out, std::ostream& 
   writeJson(summary, json);
   writeHtml(summary, html);
   const fs::path dir(summary.wdir);
-  for (const auto& file : {std::make_pair(dir / "summary.json", json.str()), std::make_pair(dir / "summary.html", html.str())}) {
+  for (const auto& file :
+       {std::make_pair(dir / "summary.json", json.str()), std::make_pair(dir / "summary.html", html.str())}) {
     if (!writeWhole(file.first, file.second)) {
       err << "vlt2hrw-summary: cannot write " << file.first.string() << "\n";
       return 2;

@@ -50,7 +50,7 @@ struct TLink {
 
 struct TSummary {
   std::string wdir;
-  std::vector<std::pair<std::string, long>> counts;  // in the order shown
+  std::vector<std::pair<std::string, long>> counts;            // in the order shown
   std::map<std::string, std::vector<std::string>> partitions;  // kind -> names
   std::vector<TRejected> rejectedParts, rejectedSymbols;
   std::vector<TFinding> findings;
