@@ -235,6 +235,7 @@ TSummary collectSummary(const std::string& wdirText) {
     if (file.extension() == ".pdb") ++databases;
 
   // Source and target of every symbol the conversion named.
+  std::map<std::string, TDrawing> sourceDrawings;
   for (const std::string& line : readLines(library / "TranslationData" / "symname_map.txt")) {
     size_t first = line.find('\t'), second = first == std::string::npos ? first : line.find('\t', first + 1);
     if (second == std::string::npos) continue;
@@ -243,9 +244,15 @@ TSummary collectSummary(const std::string& wdirText) {
     pair.partition = line.substr(first + 1, second - first - 1);
     pair.target = line.substr(second + 1);
     summary.claimedTargets[pair.target].push_back(pair.source);
-    fs::path sourceFile = sourceSymbolFile(pair.source);
-    pair.sourceDrawing = sourceFile.empty() ? TDrawing{} : readDrawing(sourceFile.string());
-    if (sourceFile.empty()) pair.sourceDrawing.problem = "source symbol not found: " + pair.source;
+    // Many targets may share a source symbol (postfixes, reruns): read each once.
+    auto cached = sourceDrawings.find(pair.source);
+    if (cached == sourceDrawings.end()) {
+      fs::path sourceFile = sourceSymbolFile(pair.source);
+      TDrawing drawing = sourceFile.empty() ? TDrawing{} : readDrawing(sourceFile.string());
+      if (sourceFile.empty()) drawing.problem = "source symbol not found: " + pair.source;
+      cached = sourceDrawings.emplace(pair.source, drawing).first;
+    }
+    pair.sourceDrawing = cached->second;
     fs::path targetFile = symbolHolder / pair.partition / (pair.target + ".sym");
     pair.targetDrawing = readDrawing(targetFile.string());
     if (!fs::exists(targetFile)) pair.targetDrawing.problem = "no target symbol " + targetFile.string();
@@ -282,6 +289,24 @@ TSummary collectSummary(const std::string& wdirText) {
                     {"cell partitions", static_cast<long>(summary.partitions["cell"].size())},
                     {"parts databases imported", databases},
                     {"report findings", static_cast<long>(summary.findings.size())}};
+
+  // The host's log, where the demo and the workflow put it: beside the
+  // working directory or in it.
+  for (const fs::path& hostLog : {wdir / "host.log", wdir.parent_path() / "host.log"}) {
+    if (!fs::is_regular_file(hostLog)) continue;
+    long warnings = 0, errors = 0;
+    static const std::regex warn("(?:[0-9:.]+ )?(?:\\S+ )?WARN\\b.*"),
+        error("(?:[0-9:.]+ )?(?:\\S+ )?(?:ERROR|FATAL)\\b.*");
+    for (const std::string& line : readLines(hostLog)) {
+      if (std::regex_match(line, warn)) ++warnings;
+      if (std::regex_match(line, error)) ++errors;
+    }
+    summary.counts.emplace_back("warnings in the host log", warnings);
+    summary.counts.emplace_back("errors in the host log", errors);
+    std::string relative = fs::relative(hostLog, wdir).generic_string();
+    summary.links.push_back({relative, relative});
+    break;
+  }
 
   // Every report and log, and the lists a user edits or reads.
   for (const fs::path& file : filesIn(log, true))

@@ -138,17 +138,20 @@ function gallery() {
   if (facts.symbols.length === 0) { main.append(none("No symbol has been converted yet.")); return; }
   const filter = el("input", {type: "search", id: "filter", placeholder: "filter by name or path"});
   main.append(el("p", {}, filter));
+  // A partition's cards are made when it is first opened; with many
+  // partitions only the first is open at the start.
   const parts = [];
   for (const [partition, symbols] of byPartition) {
-    const box = el("details", {open: "", "data-partition": partition},
+    const box = el("details", {"data-partition": partition},
                    el("summary", {}, el("b", {}, partition), " – " + symbols.length + " symbols"));
     const grid = el("div", {class: "grid"});
     const pager = el("div", {class: "pager"});
     box.append(pager, grid);
     main.append(box);
-    const part = {symbols: symbols, shown: symbols, page: 0, grid: grid, pager: pager};
+    const part = {symbols: symbols, shown: symbols, page: 0, grid: grid, pager: pager, box: box, drawn: false};
     parts.push(part);
-    render(part);
+    box.addEventListener("toggle", () => { if (box.open && !part.drawn) render(part); });
+    if (parts.length === 1 || byPartition.size <= 4) { box.open = true; render(part); }
   }
   let timer = 0;
   filter.addEventListener("input", () => {
@@ -158,12 +161,13 @@ function gallery() {
       for (const p of parts) {
         p.shown = q ? p.symbols.filter(s => (s.source + " " + s.target).toLowerCase().includes(q)) : p.symbols;
         p.page = 0;
-        render(p);
+        if (p.box.open) render(p); else p.drawn = false;
       }
     }, 150);
   });
 }
 function render(p) {
+  p.drawn = true;
   const pages = Math.max(1, Math.ceil(p.shown.length / PAGE));
   p.grid.replaceChildren(...p.shown.slice(p.page * PAGE, (p.page + 1) * PAGE).map(card));
   p.pager.replaceChildren();
