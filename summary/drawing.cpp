@@ -1,10 +1,14 @@
 // Reads what a picture of a symbol needs from a symbol file: the body, the
 // pins with their names and numbers, the reference designator.
 //
-// Source symbols (.smbl_<n>) and target symbols (.sym) are both plain text,
-// one statement a line, a keyword and fields separated by blanks, a field
-// with blanks in double quotes, '#' comments. The keywords differ only in a
-// few names, which the table below maps onto one another.
+// Source symbols (SKSYMBOL 1, .smbl_<n>) and target symbols (TDSYMBOL 1,
+// .sym) are both plain text, one statement a line, a keyword and fields
+// separated by blanks, a field with blanks in double quotes, '#' comments.
+// They differ in a few names (PIN_PROPERTY / PIN_ATTRIBUTE, and the pin
+// number PIN_NO, which the converter's configuration renames, "#" by
+// default) and in the unit of positions: grid steps in a source symbol, the
+// symbol's unit in a target symbol, which divided by its PIN_SPACING gives
+// grid steps again, so that both are drawn on the same grid.
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <fstream>
@@ -62,7 +66,8 @@ TDrawing readDrawing(const std::string& file) {
     drawing.problem = "cannot read " + file;
     return drawing;
   }
-  bool header = false, body = false, end = false;
+  bool header = false, body = false, end = false, target = false;
+  double spacing = 0;
   std::string line;
   while (!end && std::getline(in, line)) {
     std::vector<std::string> f = fields(line);
@@ -72,6 +77,7 @@ TDrawing readDrawing(const std::string& file) {
       // SKSYMBOL 1 for a source symbol; a target symbol opens with its own
       // format name and version in the same way.
       header = f.size() >= 2 && keyword.find("SYMBOL") != std::string::npos;
+      target = keyword == "TDSYMBOL";
       if (!header) break;
       continue;
     }
@@ -79,6 +85,10 @@ TDrawing readDrawing(const std::string& file) {
       end = true;
     } else if ((keyword == "NAME" || keyword == "SYMBOL_NAME") && f.size() >= 2) {
       drawing.name = f[1];
+    } else if (keyword == "SOURCE" && f.size() >= 2) {
+      drawing.source = f[1];
+    } else if (keyword == "PIN_SPACING" && f.size() >= 2) {
+      number(f[1], spacing);
     } else if ((keyword == "REFDES" || keyword == "REFDES_VALUE") && f.size() >= 2) {
       drawing.refdes = f[1];
     } else if ((keyword == "BODY" || keyword == "RECT") && f.size() >= 5) {
@@ -90,11 +100,16 @@ TDrawing readDrawing(const std::string& file) {
       pin.type = f[2];
       pin.side = boost::algorithm::to_upper_copy(f[5]);
       if (number(f[3], pin.x) && number(f[4], pin.y)) drawing.pins.push_back(pin);
-    } else if (keyword == "PIN_PROPERTY" && f.size() >= 4 && (f[2] == "PIN_NO" || f[2] == "PIN_NUMBER")) {
+    } else if ((keyword == "PIN_PROPERTY" || keyword == "PIN_ATTRIBUTE") && f.size() >= 4 &&
+               (f[2] == "PIN_NO" || f[2] == "PIN_NUMBER" || f[2] == "#")) {
       if (TPin* pin = findPin(drawing, f[1])) pin->number = f[3];
     } else if ((keyword == "PIN_NO" || keyword == "PIN_NUMBER") && f.size() >= 3) {
       if (TPin* pin = findPin(drawing, f[1])) pin->number = f[2];
     }
+  }
+  if (target && spacing > 0) {
+    for (double* v : {&drawing.x1, &drawing.y1, &drawing.x2, &drawing.y2}) *v /= spacing;
+    for (TPin& pin : drawing.pins) pin.x /= spacing, pin.y /= spacing;
   }
   if (!header)
     drawing.problem = "not a symbol file: " + file;

@@ -244,18 +244,20 @@ TSummary collectSummary(const std::string& wdirText) {
     pair.partition = line.substr(first + 1, second - first - 1);
     pair.target = line.substr(second + 1);
     summary.claimedTargets[pair.target].push_back(pair.source);
-    // Many targets may share a source symbol (postfixes, reruns): read each once.
-    auto cached = sourceDrawings.find(pair.source);
-    if (cached == sourceDrawings.end()) {
-      fs::path sourceFile = sourceSymbolFile(pair.source);
-      TDrawing drawing = sourceFile.empty() ? TDrawing{} : readDrawing(sourceFile.string());
-      if (sourceFile.empty()) drawing.problem = "source symbol not found: " + pair.source;
-      cached = sourceDrawings.emplace(pair.source, drawing).first;
-    }
-    pair.sourceDrawing = cached->second;
     fs::path targetFile = symbolHolder / pair.partition / (pair.target + ".sym");
     pair.targetDrawing = readDrawing(targetFile.string());
     if (!fs::exists(targetFile)) pair.targetDrawing.problem = "no target symbol " + targetFile.string();
+    // The source version the converter read, else the highest one. Many
+    // targets may share a source symbol (postfixes): read each once.
+    std::string sourceKey = pair.targetDrawing.source.empty() ? pair.source : pair.targetDrawing.source;
+    auto cached = sourceDrawings.find(sourceKey);
+    if (cached == sourceDrawings.end()) {
+      fs::path sourceFile = pair.targetDrawing.source.empty() ? sourceSymbolFile(pair.source) : fs::path(sourceKey);
+      TDrawing drawing = sourceFile.empty() ? TDrawing{} : readDrawing(sourceFile.string());
+      if (sourceFile.empty()) drawing.problem = "source symbol not found: " + pair.source;
+      cached = sourceDrawings.emplace(sourceKey, drawing).first;
+    }
+    pair.sourceDrawing = cached->second;
     pair.status = rejectedSymbols.count(pair.source) ? "rejected"
                   : fs::exists(targetFile)           ? "converted"
                                                      : "not converted";

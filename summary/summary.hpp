@@ -20,6 +20,7 @@ struct TPin {
 struct TDrawing {
   bool valid = false;
   std::string file, name, refdes, problem;  // problem: why there is no picture
+  std::string source;                       // a target symbol: the source file it was made from
   double x1 = 0, y1 = 0, x2 = 0, y2 = 0;    // body, in grid steps
   std::vector<TPin> pins;
 };

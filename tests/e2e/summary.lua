@@ -37,7 +37,10 @@ end
 assert(not json:find('"drawings"', 1, true), "the pictures stay in the page")
 -- The page: the facts with the drawings of source and target, no reference
 -- to anything outside the file.
+-- nand2 drawn from the version the converter read (SOURCE), res from its highest.
 assert(html:find('["nand2","U?",0,0,6,4,[["A","1",0,3,"L"],["B","2",0,1,"L"],["Y","3",6,2,"R"]]]', 1, true), "source drawing")
+assert(html:find('["res","R?",0,0,6,2,[["1","1",0,1,"L"],["2","2",6,1,"R"]]]', 1, true), "highest version")
+assert(html:find('["logic_nand2","R?",0,0,6,2,[["1","",0,1,"L"],["2","",6,1,"R"]]]', 1, true), "millimetres on the grid")
 assert(html:find('["logic_nand2","U?",0,0,6,4,[["A","1",0,3,"L"]', 1, true), "target drawing")
 assert(not html:find("<script src", 1, true), "no external script")
 assert(not html:find("<link", 1, true), "no external style")

@@ -34,10 +34,13 @@ return function(wdir)
   w("Library/PartsDBLibs/digital.pdb", "pdb\n")
   w("Library/TranslationData/symname_map.txt", lib .. "/digital/logic/nand2\tlogic\tlogic_nand2\n" ..
     lib .. "/digital/logic/inv\tlogic\tlogic_inv\n" .. lib .. "/analog/passive/res\tpassive\tlogic_nand2\n")
-  -- Target symbols in the statement style of the source format.
-  w("Library/SymbolLibs/logic/logic_nand2.sym", "TDSYMBOL 1\nNAME logic_nand2\nREFDES U?\nBODY 0 0 6 4\n" ..
-    "PIN A IN 0 3 L\nPIN_NUMBER A 1\nPIN B IN 0 1 L\nPIN_NUMBER B 2\nPIN Y OUT 6 2 R\nPIN_NUMBER Y 3\nEND\n")
-  w("Library/SymbolLibs/passive/logic_nand2.sym", "TDSYMBOL 1\nNAME logic_nand2\nREFDES R?\nBODY 0 0 6 2\n" ..
-    "PIN 1 ANA 0 1 L\nPIN 2 ANA 6 1 R\nEND\n")
+  -- Target symbols as the symbol tool writes them: positions in the unit,
+  -- the pin number under the name the converter's configuration gives it.
+  w("Library/SymbolLibs/logic/logic_nand2.sym", "TDSYMBOL 1\nNAME logic_nand2\nSOURCE " .. lib ..
+    "/digital/logic/nand2.smbl_1\nUNIT INCH\nPIN_SPACING 0.1\nSCALE 1\nREFDES U?\nBODY 0 0 0.6 0.4\n" ..
+    "PIN A IN 0 0.3 L\nPIN_ATTRIBUTE A # 1\nPIN B IN 0 0.1 L\nPIN_ATTRIBUTE B # 2\nPIN Y OUT 0.6 0.2 R\n" ..
+    "PIN_ATTRIBUTE Y # 3\nEND\n")
+  w("Library/SymbolLibs/passive/logic_nand2.sym", "TDSYMBOL 1\nNAME logic_nand2\nUNIT MM\nPIN_SPACING 2.54\n" ..
+    "REFDES R?\nBODY 0 0 15.24 5.08\nPIN 1 ANA 0 2.54 L\nPIN 2 ANA 15.24 2.54 R\nEND\n")
   return lib
 end
