@@ -7,6 +7,7 @@
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/filesystem.hpp>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -39,7 +40,8 @@ const char kHelp[] =
     "  --component-log-level L   the same for the messages of each step alone\n"
     "  --log-format FORM         people (default): one line per message with its time\n"
     "                            and where it went; exact: one line per message and\n"
-    "                            sink, \"<sink> <LEVEL> <message>\" (used by the tests)\n"
+    "                            sink, \"<sink> <LEVEL> <message>\" (used by the tests);\n"
+    "                            the variable VLT2HRW_LOG_FORMAT sets the default\n"
     "  --progress MODE           auto (default): a progress line on a terminal, one line\n"
     "                            per step otherwise; bar; lines; off\n"
     "  --summary WDIR            write summary.html and summary.json into the working\n"
@@ -160,6 +162,11 @@ int main(int argc, char** argv) {
   core.componentDirectory() = (self / "vlt2hrw_main").string();
   core.setService("get rig install bin", (self / "tools").string());
   std::string logFile, level = "INFO", componentLevel, logFormat = "people", progressMode = "auto", summaryDir;
+  // The test runs set the form for every host they start, also for a host
+  // that a test script starts itself.
+  if (const char* format = std::getenv("VLT2HRW_LOG_FORMAT")) {
+    if (std::string(format) == "exact" || std::string(format) == "people") logFormat = format;
+  }
 
   const std::map<std::string, std::string> serviceOptions = {{"--wdir", "get wdir"},
                                                              {"--library", "get library location"},

@@ -4,7 +4,7 @@ local t = require("testlib")
 
 local out = t.fresh_dir(t.scratch)
 local log = out .. "/host.log"
-local status = t.run_host({"--log", log, "--log-format", "exact"}, t.source .. "/workflow/migrate.lua", t.source .. "/examples", out)
+local status = t.run_host({"--log", log}, t.source .. "/workflow/migrate.lua", t.source .. "/examples", out)
 t.eq(status, 0, "workflow ran to its end")
 
 for _, file in ipairs({"wdir/config/catalog.list", "wdir/config/catalog_data_mapping.xml",

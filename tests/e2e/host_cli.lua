@@ -42,7 +42,7 @@ host.step("Checks")
 create_wdir(arg[2])
 ]])
 local log = dir .. "/host.log"
-status, out, err = host("--progress lines --log " .. q(log) .. " " .. q(script) .. " " .. q(dir) .. " " .. q(long))
+status, out, err = host("--progress lines --log-format people --log " .. q(log) .. " " .. q(script) .. " " .. q(dir) .. " " .. q(long))
 t.eq(status, 1, "Lua error exits 1")
 assert(err:match("^Working directory: done, [0-9.]+ s\nChecks: FAILED %(create_wdir stopped with a Lua error%), [0-9.]+ s\n"),
        "one line per step:\n" .. err)
