@@ -74,7 +74,9 @@ bool buildSymbolList(const CScriptCall& call, CSymbolList& list, const fs::path&
               "Saving catalogs to neutral format: cannot read following symbol list file: " << file.string());
       return false;
     }
-    list.addAll(reader.list());
+    // The reader's items are not needed any more: moving them in merges
+    // them as addAll would, without copying their trees.
+    for (auto& item : reader.list()) list.add(std::move(item));
   }
   return true;
 }
