@@ -163,8 +163,8 @@ int main(int argc, char** argv) {
 
   std::printf("Symbol partitions: %zu and %zu symbols (depth found %d and %d, %zu and %zu partitions)\n", small, large,
               a.foundDepth, b.foundDepth, a.partitions, b.partitions);
-  std::printf("%-44s %9s %9s %9s %9s %12s %7s %7s\n", "step", "wall@20k", "wall@200k", "cpu@20k", "cpu@200k",
-              "cpu us/sym", "ratio", "target");
+  std::printf("%-44s %9s %9s %9s %9s %12s %7s %7s\n", "step", "wall n/10", "wall n", "cpu n/10", "cpu n", "cpu us/sym",
+              "ratio", "target");
   bool met = true;
   auto row = [&](const char* what, TTime x, TTime y) {
     const double perSmall = x.cpu / small * 1e6, perLarge = y.cpu / large * 1e6;

@@ -241,7 +241,8 @@ bool partitionSymbolList(const std::string& libraryName, const std::string& loca
       writer = std::make_unique<rig_common::CSymbolListFileWriter>(&logger);
       writer->open((listDir / (target + rig_common::symbol::kSymbolListSuffix)).string(), false);
     }
-    writer->list().add(std::move(item));
+    // The merged list holds each path once, so nothing would merge here.
+    writer->list().append(std::move(item));
   }
 
   const fs::path keyFile = configDir / "symbol_partitions.caf";
