@@ -208,42 +208,60 @@ bool partitionSymbolList(const std::string& libraryName, const std::string& loca
 
   // The writers write their lists when they go, on every way out.
   std::map<std::string, std::unique_ptr<rig_common::CSymbolListFileWriter>> writers;
-  std::map<std::string, std::string> keys;
-  std::unordered_map<std::string, std::pair<bool, std::string>> names;  // directory -> partition name
-  CTailCache tails(depth);
+  // What each directory gives its symbols, worked out once per directory.
+  struct TDirectory {
+    bool inRange = false;
+    std::string name;
+    const std::string* target = nullptr;  // null: no such partition
+    rig_common::CSymbolListFileWriter* writer = nullptr;
+    std::string tail;
+  };
+  std::unordered_map<std::string, TDirectory> directories;
+  std::vector<std::pair<std::string, const std::string*>> keys;  // in list order
+  keys.reserve(list.size());
   for (auto& item : list) {
-    const std::string directory = item.getDirectory();
-    auto found = names.find(directory);
-    if (found == names.end()) {
-      std::string name;
-      const bool ok = NVlt2HrwHelpers::partitionName(NVlt2HrwHelpers::splitDirectory(directory), start, stop, name);
-      found = names.emplace(directory, std::make_pair(ok, name)).first;
+    const std::string path = item.getPath();
+    const std::string::size_type slash = path.rfind('/');
+    const std::string directory = slash == std::string::npos ? path : path.substr(0, slash);
+    auto found = directories.find(directory);
+    if (found == directories.end()) {
+      TDirectory entry;
+      entry.inRange =
+          NVlt2HrwHelpers::partitionName(NVlt2HrwHelpers::splitDirectory(directory), start, stop, entry.name);
+      const auto partition = partitions.find(entry.name);
+      if (entry.inRange && partition != partitions.end()) {
+        entry.target = &partition->second.rename;
+        auto& writer = writers[*entry.target];
+        if (!writer) {
+          writer = std::make_unique<rig_common::CSymbolListFileWriter>(&logger);
+          writer->open((listDir / (*entry.target + rig_common::symbol::kSymbolListSuffix)).string(), false);
+        }
+        entry.writer = writer.get();
+        entry.tail = NVlt2HrwHelpers::buildPathTail(directory, depth);
+      }
+      found = directories.emplace(directory, std::move(entry)).first;
     }
-    if (!found->second.first) {
+    const TDirectory& entry = found->second;
+    if (!entry.inRange) {
       RIG_LOG(call, Error,
               "Saving symbols partition file: partition start/stop depths do not match current comps directory "
               "depth.");
       return false;
     }
-    const std::string& name = found->second.second;
-    const auto partition = partitions.find(name);
-    if (partition == partitions.end()) {
+    if (entry.target == nullptr) {
       RIG_LOG(call, Error,
               "Saving symbols partition file: following symbol partition does not exist in symbol partition list "
               "file: "
-                  << name);
+                  << entry.name);
       continue;
     }
-    const std::string& target = partition->second.rename;
-    keys[tails(directory) + "_" + item.getName()] = target;
-    auto& writer = writers[target];
-    if (!writer) {
-      writer = std::make_unique<rig_common::CSymbolListFileWriter>(&logger);
-      writer->open((listDir / (target + rig_common::symbol::kSymbolListSuffix)).string(), false);
-    }
+    // The name as getName gives it: behind the last '/', or the whole path.
+    keys.emplace_back(entry.tail + "_" + (slash == std::string::npos ? path : path.substr(slash + 1)), entry.target);
     // The merged list holds each path once, so nothing would merge here.
-    writer->list().append(std::move(item));
+    entry.writer->list().append(std::move(item));
   }
+  // In key order; of equal keys the later item's partition holds.
+  std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
 
   const fs::path keyFile = configDir / "symbol_partitions.caf";
   std::ofstream out(keyFile.string(), std::ios::binary | std::ios::trunc);
@@ -251,7 +269,9 @@ bool partitionSymbolList(const std::string& libraryName, const std::string& loca
     RIG_LOG(call, Error, "Saving symbols partition file: cannot save symbol partitions to file: " << keyFile.string());
     return false;
   }
-  for (const auto& entry : keys) out << entry.first << ' ' << entry.second << '\n';
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    if (i + 1 == keys.size() || keys[i + 1].first != keys[i].first)
+      out << keys[i].first << ' ' << *keys[i].second << '\n';
   return true;
 }
 
