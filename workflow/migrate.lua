@@ -76,6 +76,13 @@ show("catalog properties without a target", #unmapped > 0 and table.concat(unmap
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())
 
+step("Parts databases")
+show("property translation file", generate_qrn_caf(location_map))
+show("parts database texts generated", run_qrn_to_pdb(""))
+show("parts databases imported", import_pdb_to_zpc())
+show("parts databases verified", verify_qrn2pdb())
+show("report", wdir .. "/log/reports/verify_pdb.txt")
+
 if #failed > 0 then
   error("steps that failed: " .. table.concat(failed, ", ") .. "; see the host log", 0)
 end

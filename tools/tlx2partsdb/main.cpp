@@ -5,7 +5,8 @@
 //
 // It writes <holder>/<pdb name>/<pdb name>.pdb below the index's directory
 // (the holder of pdb partitions, PartsDBLibs), records the partition in the
-// index and appends its messages to the -l log (and prints them). Exit
+// index and appends its messages to the -l log (it prints them when the log
+// cannot be written). Exit
 // codes: 0 done, 1 bad command line, 2 index missing or unreadable, 3 input
 // missing or damaged, 4 output not written. TLX2PARTSDB_FAIL injects a
 // failure.
@@ -27,15 +28,15 @@ namespace {
 
 const std::vector<std::string> kValueOptions = {"i", "o", "l", "c"};
 
-// The lines of one run: printed and appended to the log.
+// The lines of one run: appended to the log, or printed when there is none.
 class CMessages {
  public:
   void open(const std::string& file) {
     if (!file.empty()) mLog.open(file, std::ios::binary | std::ios::app);
   }
   int line(int code, const std::string& text) {
+    if (mLog.is_open() && mLog << text << "\n") return code;
     std::cout << text << std::endl;
-    if (mLog) mLog << text << "\n";
     return code;
   }
 
