@@ -1,0 +1,48 @@
+-- The parts database steps on the sample library: after the demo's steps,
+-- with symbol partitions and neutral symbols laid out as the symbol steps
+-- leave them, every catalog gets a parts database in wdir/Library and the
+-- report holds the one planted finding.
+local t = require("testlib")
+
+local out = t.fresh_dir(t.scratch)
+local examples = t.source .. "/examples"
+t.eq(t.run_host({"--log", out .. "/demo.log"}, t.source .. "/workflow/migrate.lua", examples, out), 0, "demo ran")
+local wdir = out .. "/wdir"
+
+-- depth 1: the symbol key is "<directory>_<name>", the partition the directory above.
+t.write(wdir .. "/config/symbol_data.xml",
+        "<rig><symbol_data><common start='2' stop='2' depth='1'/><default/><partition_data/></symbol_data></rig>")
+assert(t.sh("cd " .. t.quote(examples .. "/components") .. " && for f in $(find . -name '*.smbl_*' | sort); do " ..
+            "d=$(dirname $f); tail=$(basename $d); name=$(basename $f | sed 's/[.]smbl_.*//'); " ..
+            "mkdir -p " .. t.quote(wdir .. "/neutral/symbols_1") .. "/$tail; " ..
+            "awk '$1==\"PIN\" {print \"PIN_NAME \" $2}' $f > " .. t.quote(wdir .. "/neutral/symbols_1") ..
+            "/$tail/$name.neut; echo \"${tail}_$name $(basename $(dirname $d))\"; done | sort -u > " ..
+            t.quote(wdir .. "/config/symbol_partitions.caf")))
+
+host.set_wdir(wdir)
+host.set_library(examples)
+t.eq(run_qrn_to_pdb(""), true, "run_qrn_to_pdb")
+t.eq(import_pdb_to_zpc(), true, "import_pdb_to_zpc")
+t.eq(verify_qrn2pdb(), true, "verify_qrn2pdb")
+
+local rule = string.rep("-", 79) .. "\n"
+t.eq(t.read(wdir .. "/log/reports/verify_pdb.txt"),
+     rule .. " Problems related due to absence of files produced by qrn2pdb\n" .. rule .. "\n" ..
+     rule .. " Problems found by qrn2pdb\n" .. rule ..
+     "--- Catalog: digital\n" ..
+     "Error: catalog digital, part CD-1002: pin Z does not exist on symbol logic_nor2, the part is rejected\n" ..
+     "--- Catalog: analog\n--- Catalog: connectors\n", "verify_pdb.txt")
+for _, pdb in ipairs({"digital", "analog", "connectors"}) do
+  assert(t.exists(wdir .. "/Library/PartsDBLibs/" .. pdb .. "/" .. pdb .. ".pdb"), "no parts database " .. pdb)
+  assert(t.read(wdir .. "/Library/Library.zpc"):find("*PARTITION pdb " .. pdb .. "\n", 1, true), "not in the index")
+end
+t.eq(t.read(wdir .. "/log/rejected_parts.caf"),
+     "// rejected by qrn2pdb: pin Z does not exist on symbol logic_nor2\ndigital CD-1002\n", "rejected parts")
+
+-- A second import: the tool's log holds this run only.
+t.eq(import_pdb_to_zpc(), true, "second import")
+local _, count = t.read(wdir .. "/log/tlx2partsdb.log"):gsub("\n", "")
+t.eq(count, 3, "lines of tlx2partsdb.log")
+for _, line in ipairs(t.lines()) do
+  assert(not line:find(" ERROR ", 1, true), "an error was logged: " .. line)
+end
