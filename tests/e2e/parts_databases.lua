@@ -12,12 +12,30 @@ local wdir = out .. "/wdir"
 -- depth 1: the symbol key is "<directory>_<name>", the partition the directory above.
 t.write(wdir .. "/config/symbol_data.xml",
         "<rig><symbol_data><common start='2' stop='2' depth='1'/><default/><partition_data/></symbol_data></rig>")
-assert(t.sh("cd " .. t.quote(examples .. "/components") .. " && for f in $(find . -name '*.smbl_*' | sort); do " ..
-            "d=$(dirname $f); tail=$(basename $d); name=$(basename $f | sed 's/[.]smbl_.*//'); " ..
-            "mkdir -p " .. t.quote(wdir .. "/neutral/symbols_1") .. "/$tail; " ..
-            "awk '$1==\"PIN\" {print \"PIN_NAME \" $2}' $f > " .. t.quote(wdir .. "/neutral/symbols_1") ..
-            "/$tail/$name.neut; echo \"${tail}_$name $(basename $(dirname $d))\"; done | sort -u > " ..
-            t.quote(wdir .. "/config/symbol_partitions.caf")))
+local components = examples .. "/components/"
+local symbols = wdir .. "/neutral/symbols_1/"
+local files, dirs, keys = {}, {}, {}
+local listing = io.popen("find " .. t.quote(components) .. " -name '*.smbl_*' | sort")
+for file in listing:lines() do
+  local parent, dir, name = file:match("([^/]+)/([^/]+)/([^/]+)%.smbl_%d+$")
+  files[#files + 1] = {file = file, out = symbols .. dir .. "/" .. name .. ".neut"}  -- the last version counts
+  dirs[#dirs + 1] = t.quote(symbols .. dir)
+  keys[dir .. "_" .. name] = parent
+end
+listing:close()
+assert(t.sh("mkdir -p " .. table.concat(dirs, " ")))
+for _, f in ipairs(files) do
+  local pins = {}
+  for line in io.lines(f.file) do
+    local pin = line:match("^PIN (%S+)")
+    if pin then pins[#pins + 1] = "PIN_NAME " .. pin .. "\n" end
+  end
+  t.write(f.out, table.concat(pins))
+end
+local table_lines = {}
+for key, partition in pairs(keys) do table_lines[#table_lines + 1] = key .. " " .. partition .. "\n" end
+table.sort(table_lines)
+t.write(wdir .. "/config/symbol_partitions.caf", table.concat(table_lines))
 
 host.set_wdir(wdir)
 host.set_library(examples)
