@@ -80,15 +80,21 @@ step("Parts databases")
 show("property translation file", generate_qrn_caf(location_map))
 -- The generator needs the symbol partitions and the neutral symbols of the
 -- symbol steps; without them the parts databases wait.
-local partitions = io.open(wdir .. "/config/symbol_partitions.caf")
-if partitions then
-  partitions:close()
+local function readable(path)
+  local f = io.open(path, "rb")
+  if f then f:close() end
+  return f ~= nil
+end
+local symbol_data = io.open(wdir .. "/config/symbol_data.xml", "rb")
+local depth = symbol_data and symbol_data:read("*a"):match("depth=[\"'](%d+)[\"']")
+if symbol_data then symbol_data:close() end
+if depth and readable(wdir .. "/config/symbol_partitions.caf") and readable(wdir .. "/neutral/symbols_" .. depth) then
   show("parts database texts generated", run_qrn_to_pdb(""))
   show("parts databases imported", import_pdb_to_zpc())
   show("parts databases verified", verify_qrn2pdb())
   show("report", wdir .. "/log/reports/verify_pdb.txt")
 else
-  show("parts databases", "(no symbol partitions yet)")
+  show("parts databases", "(no symbol partitions or neutral symbols yet)")
 end
 
 if #failed > 0 then
