@@ -16,7 +16,9 @@
 #include "common/symbol_neutral_handler.hpp"
 #include "components/hpp/impl/qlln_environment_impl.hpp"
 #include "components/hpp/impl/sym_config_managers_impl.hpp"
+#include "convert_symbols.hpp"
 #include "core/hpp/impl/run_program.hpp"
+#include "neutral_symbols.hpp"
 #include "platform/process.hpp"
 #include "script_functions.hpp"
 #include "symbols.hpp"
@@ -33,9 +35,9 @@ using NConfig::SymXltConfigManager;
 using NConfig::NSymbol::CSymbolDataMapping;
 using NConfig::NSymbol::TDataMapping;
 using NConfig::NSymbol::TPartitionData;
+using NSymbol::TPostfixBlock;
 using rig_common::toUnixPath;
 using rig_common::toWindowsPath;
-using rig_common::symbol::TSymbolUse;
 
 const char* const kPrefix = "Converting symbols: ";
 
@@ -44,7 +46,7 @@ struct TConvertRun {
   fs::path configDir, logDir, neutralDir, libraryDir, symbolLibs, neutralRoot;
   std::string locationMapFile;
   int depth = 0;
-  std::map<std::string, TPartitionData> partitions;
+  NSymbol::TPartitionTable partitions;
   rig_common::CSymbolListFileReader excluded;
   SymNameMapManager nameMap;
 };
@@ -60,34 +62,10 @@ struct TPartitionRun {
 
 std::string unixPath(const fs::path& path) { return toUnixPath(path.string(), true); }
 
-// "pin_map" lines of one use: ordered by source pin, a later map of the same
-// source pin winning; only maps with both pins count.
-void appendPinMaps(const rig_common::TLXNode& symbol, std::string& script) {
-  std::map<std::string, std::string> pins;
-  for (const rig_common::TLXNode* map : symbol.children) {
-    if (map->keyword != rig_common::symbol::kPinMap) continue;
-    std::string source, target;
-    for (const rig_common::TLXNode* pin : map->children) {
-      if (pin->keyword == rig_common::symbol::kSourcePin && source.empty()) source = pin->valueAt(0);
-      if (pin->keyword == rig_common::symbol::kTargetPin && target.empty()) target = pin->valueAt(0);
-    }
-    if (!source.empty() && !target.empty()) pins[source] = target;
-  }
-  for (const auto& pin : pins) script += "pin_map " + pin.first + " " + pin.second + "\n";
-}
-
-std::string namePostfix(const rig_common::TLXNode& symbol) {
-  for (const rig_common::TLXNode* child : symbol.children)
-    if (child->keyword == rig_common::symbol::kNamePostfix) return child->valueAt(0);
-  return std::string();
-}
-
 }  // namespace
 
 namespace NSymbol {
 
-// The symbol tool's script for one symbol with writing on: the symbol's own
-// block, then a block per use with a name postfix.
 std::string convertScript(const rig_common::CSymbolListItem& item, const fs::path& configFile,
                           const fs::path& outputDir, const std::string& targetName) {
   const std::string symbolPath = toUnixPath(item.getPath(), true);
@@ -95,25 +73,21 @@ std::string convertScript(const rig_common::CSymbolListItem& item, const fs::pat
   script += "symxlt_cfg_file " + unixPath(configFile) + "\n";
   script += "td_symbol_output_path " + unixPath(outputDir) + "\n";
   script += "symbol begin\nsk_symbol_path " + symbolPath + "\ntd_symbol_name " + targetName + "\nsymbol end\n";
-  for (TSymbolUse use = item.firstUse(); !use.atEnd(); use = item.nextUse(use)) {
-    const std::string postfix = namePostfix(*use.symbol);
-    if (postfix.empty()) continue;
-    script += "symbol begin\nsk_symbol_path " + symbolPath + "\ntd_symbol_name " + targetName + postfix + "\n";
-    appendPinMaps(*use.symbol, script);
+  for (const TPostfixBlock& block : postfixBlocks(item)) {
+    script += "symbol begin\nsk_symbol_path " + symbolPath + "\ntd_symbol_name " + targetName + block.postfix + "\n";
+    for (const auto& pin : block.pinMap) script += "pin_map " + pin.first + " " + pin.second + "\n";
     script += "symbol end\n";
   }
   script += "run\nexit\n";
   return script;
 }
 
-// The target name of a symbol: "<container>_<name>", every '.' as '_'.
 std::string targetSymbolName(const std::string& directory, const std::string& name, int depth) {
   std::string target = NVlt2HrwHelpers::buildPathTail(directory, depth) + "_" + name;
   boost::replace_all(target, ".", "_");
   return target;
 }
 
-// The library update tool's line for one partition.
 std::string tdlib2zpcCommandLine(const fs::path& tool, const fs::path& libraryDir, const std::string& partition,
                                  const fs::path& logDir) {
   return "cmd /c \"" + toWindowsPath(tool, true) + " -CentralLib=" + (libraryDir / "Library.zpc").string() +
@@ -174,14 +148,13 @@ TSymbolResult convertSymbol(CScriptCall& call, TConvertRun& run, const TPartitio
     RIG_LOG(call, Info, kPrefix << "following symbol will be excluded from translation: " << directory << "/" << name);
     return kSymbolNext;
   }
-  const fs::path containerDir = run.neutralRoot / NVlt2HrwHelpers::buildPathTail(directory, run.depth);
+  const fs::path neutralFile = NSymbol::neutralSymbolFile(run.neutralRoot, directory, name, run.depth);
   const std::string target = NSymbol::targetSymbolName(directory, name, run.depth);
   // The record stands whatever the conversion does.
   run.nameMap.setRecord(toUnixPath(directory + "/" + name, true), part.name, target);
 
   fs::path config = run.configDir / "sk2td_symbols_only.cfg";
   if (part.configReady) {
-    const fs::path neutralFile = containerDir / (name + ".neut");
     rig_common::CVlt2hrwSymbolNeutralHandler neutral;
     if (!neutral.parse(neutralFile.string())) {
       RIG_LOG(call, Warn, kPrefix << "problem during parsing neutral symbol file: " << neutralFile.string());
@@ -196,7 +169,7 @@ TSymbolResult convertSymbol(CScriptCall& call, TConvertRun& run, const TPartitio
     }
     SymXltConfigManager fitted = part.defaults;
     fitted.fillFromMapping(part.mapping, spacing, unit);
-    const fs::path symbolConfig = containerDir / (name + "_sk2td_symbols_only.cfg");
+    const fs::path symbolConfig = neutralFile.parent_path() / (name + "_sk2td_symbols_only.cfg");
     if (fitted.write(symbolConfig, call))
       config = symbolConfig;
     else
@@ -264,9 +237,9 @@ TSymbolResult convertSymbol(CScriptCall& call, TConvertRun& run, const TPartitio
 }
 
 // Converts the symbols of one partition list file; false when the call must end.
-bool convertPartition(CScriptCall& call, TConvertRun& run, const fs::path& listFile) {
+bool convertPartition(CScriptCall& call, TConvertRun& run, const fs::path& listFile, const std::string& partition) {
   TPartitionRun part;
-  part.name = rig_common::symbol::symbolListStem(listFile.filename().string());
+  part.name = partition;
   const auto record = run.partitions.find(part.name);
   if (record == run.partitions.end()) {
     RIG_LOG(call, Warn,
@@ -313,35 +286,27 @@ bool convertSymbols(const std::string& locationMapFile) {
                                  "Converting symbols: cannot obtain path to the configuration directory."))
     return false;
   std::string name;
-  if (!getLogName(call.services(), name)) {
-    RIG_LOG(call, Error, "Converting symbols:  cannot obtain path to the log directory: " << name);
+  bool served = getLogName(call.services(), name);
+  if (!NSymbol::servedDirectory(call, served, name, run.logDir,
+                                "Converting symbols:  cannot obtain path to the log directory: "))
     return false;
-  }
-  const fs::path wdir = getWorkingDirectory(call.services());
-  run.logDir = wdir / name;
-  if (!getNeutralName(call.services(), name)) {
-    RIG_LOG(call, Error, kPrefix << "cannot obtain path to the neutral directory: " << name);
+  served = getNeutralName(call.services(), name);
+  if (!NSymbol::servedDirectory(call, served, name, run.neutralDir,
+                                "Converting symbols: cannot obtain path to the neutral directory: "))
     return false;
-  }
-  run.neutralDir = wdir / name;
   const fs::path listDir = run.neutralDir / "symbol_lists";
   if (!fs::is_directory(listDir)) {
     RIG_LOG(call, Error, kPrefix << "cannot find symbol lists directory: " << listDir.string());
     return false;
   }
-  run.libraryDir = wdir / "Library";
+  run.libraryDir = fs::path(getWorkingDirectory(call.services())) / "Library";
   run.symbolLibs = run.libraryDir / "SymbolLibs";
   if (!fs::is_directory(run.symbolLibs)) {
     RIG_LOG(call, Info, kPrefix << "CL symbol holder does not exist at: " << run.symbolLibs.string());
     return false;
   }
-  int start = 0, stop = 0;
-  std::list<TPartitionData> records;
-  if (!NVlt2HrwHelpers::readSymbolConfigurationData(run.configDir / "symbol_data.xml", start, stop, run.depth,
-                                                    &records))
-    return false;
-  for (const auto& record : records) run.partitions.emplace(record.name, record);
-  run.neutralRoot = run.neutralDir / ("symbols_" + std::to_string(run.depth));
+  if (!NSymbol::readPartitionTable(run.configDir, run.depth, run.partitions)) return false;
+  run.neutralRoot = NSymbol::neutralSymbolRoot(run.neutralDir, run.depth);
 
   const fs::path translationData = run.libraryDir / "TranslationData";
   if (!fs::is_directory(translationData) && !NVlt2HrwHelpers::createDirectory(translationData, call.component())) {
@@ -356,12 +321,9 @@ bool convertSymbols(const std::string& locationMapFile) {
   if (!run.excluded.read(excludedFile.string()))
     RIG_LOG(call, Warn, "Unable to open excluded symbols file for append: " << excludedFile.string());
 
-  // Partitions in directory order, as the neutral symbol step takes them.
-  for (fs::directory_iterator it(listDir), end; it != end; ++it) {
-    if (!fs::is_regular_file(it->status()) || !rig_common::symbol::isSymbolListFileName(it->path().filename().string()))
-      continue;
-    if (!convertPartition(call, run, it->path())) return false;
-  }
+  // Partitions in the order the neutral symbol step takes them.
+  for (const auto& file : NSymbol::partitionListFiles(listDir))
+    if (!convertPartition(call, run, file.first, file.second)) return false;
   run.nameMap.write(nameMapFile, call, "\t");
   return true;
 }
