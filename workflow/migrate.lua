@@ -73,6 +73,44 @@ end
 remove_2d_list(properties)
 show("catalog properties without a target", #unmapped > 0 and table.concat(unmapped, ", ") or "none")
 
+step("Symbol partitions")
+do
+  local lib = {library, location_map, examples}
+  show("default symbol configuration", save_default_symbol_config(unpack(lib)))
+  show("symbol path depth", find_symbol_path_depth(unpack(lib)))
+  show("deepest symbol directory level", find_symbol_max_path_depth(unpack(lib)))
+  show("path depth report", report_symbol_duplicates_from_path_depth(unpack(lib)))
+  show("report", wdir .. "/log/reports/symbol_path_depth_report.txt")
+  -- The default levels name the components directory; one level further
+  -- down gives one partition per directory below it (digital, analog, ...).
+  local ok, start, stop, depth = get_symbol_path_levels()
+  show("default levels (start stop depth)", ok and (start .. " " .. stop .. " " .. depth))
+  show("levels set", ok and set_symbol_path_levels(start + 1, stop + 1, depth))
+  show("partition names", create_symbol_partition_list(library, location_map, examples, false))
+  local partitions = get_symbol_partition_list()
+  local renamed = new_2d_list()
+  for i = 0, get_2d_list_size(partitions) - 1 do
+    local name = get_2d_list_item(partitions, i, 0)
+    add_two_col_item_to_2d_list(renamed, name, name == "connector" and "connectors" or name)
+  end
+  remove_2d_list(partitions)
+  show("partition connector renamed", save_symbol_partition_list(renamed))
+  remove_2d_list(renamed)
+  show("symbols partitioned", partition_symbol_list(unpack(lib)))
+  show("use postfixes", update_partitioned_symbol_lists())
+  local names = io.open(wdir .. "/config/sym_partitions.caf", "rb")
+  for partition in (names and names:lines() or function() end) do
+    local count = 0
+    local list = io.open(wdir .. "/neutral/symbol_lists/" .. partition .. ".sym_list.caf", "rb")
+    for line in (list and list:lines() or function() end) do
+      if line:find("^%.SK_SYMBOL_PATH ") then count = count + 1 end
+    end
+    if list then list:close() end
+    print(string.format("    %-20s %d symbol(s)", partition, count))
+  end
+  if names then names:close() end
+end
+
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())
 
