@@ -28,9 +28,16 @@ end
 local wdir = out .. "/wdir"
 host.set_wdir(wdir)
 host.set_library(examples)
--- The source suite's installation: the tool simulators need none of it,
--- but the tool environments are composed from it.
-host.set_service("get qlln installation path", out .. "/qlln")
+-- The suites' installation: the build keeps one beside the host, in
+-- <host dir>/qlln, holding the library update tool under KVE_HOME; the tool
+-- environments are composed from it.
+local function host_directory()
+  local pipe = io.popen('readlink -f "/proc/$PPID/exe" 2>/dev/null')
+  local exe = pipe and pipe:read("*l")
+  if pipe then pipe:close() end
+  return exe and exe:match("^(.*)/[^/]*$")
+end
+host.set_service("get qlln installation path", (host_directory() or out) .. "/qlln")
 
 step("Working directory")
 show("working directory created", create_wdir(wdir))
@@ -113,6 +120,19 @@ end
 
 step("Target Central Library")
 show("target library prepared", prepare_target_cl())
+show("symbol partitions added", add_symbol_partitions())
+show("PDB partitions added", add_pdb_partitions())
+show("cell partitions added", add_cell_partitions(""))
+
+step("Converting symbols")
+do
+  show("symbols converted", convert_symbols(location_map))
+  local map = io.open(wdir .. "/Library/TranslationData/symname_map.txt", "rb")
+  local count = 0
+  for _ in (map and map:lines() or function() end) do count = count + 1 end
+  if map then map:close() end
+  show("symbol name map entries", count)
+end
 
 if #failed > 0 then
   error("steps that failed: " .. table.concat(failed, ", ") .. "; see the host log", 0)

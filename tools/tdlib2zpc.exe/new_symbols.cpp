@@ -78,7 +78,7 @@ void runWatcher(const fs::path& dir, const fs::path& journalFile, std::set<std::
   sigemptyset(&mask);
   sigaddset(&mask, SIGUSR1);
   sigprocmask(SIG_BLOCK, &mask, nullptr);
-  const int signals = signalfd(-1, &mask, SFD_CLOEXEC);
+  const int signals = signalfd(-1, &mask, SFD_CLOEXEC | SFD_NONBLOCK);
   const int notify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
   const int journal = open(journalFile.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (signals < 0 || notify < 0 || journal < 0 ||
@@ -185,10 +185,14 @@ bool CPartitionState::commit(const std::vector<std::string>& names) {
     if (child == 0) {
       setsid();
       if (fork() == 0) {
-        close(pipeFds[0]);
+        // Nothing of the run stays open in the watcher: not the log, not
+        // the caller's output, only the pipe that tells it is ready.
         const int null = open("/dev/null", O_RDWR);
         for (int fd = 0; fd < 3; ++fd) dup2(null, fd);
-        runWatcher(mDir, mStateDir / "journal", std::move(known), pipeFds[1], kIdleMs);
+        const int ready = fcntl(pipeFds[1], F_DUPFD_CLOEXEC, 3);
+        close_range(3, ready - 1, 0);
+        close_range(ready + 1, ~0U, 0);
+        runWatcher(mDir, mStateDir / "journal", std::move(known), ready, kIdleMs);
         _exit(0);
       }
       _exit(0);
