@@ -127,11 +127,17 @@ show("cell partitions added", add_cell_partitions(""))
 step("Converting symbols")
 do
   show("symbols converted", convert_symbols(location_map))
-  local map = io.open(wdir .. "/Library/TranslationData/symname_map.txt", "rb")
+  local map_file = wdir .. "/Library/TranslationData/symname_map.txt"
+  local map = io.open(map_file, "rb")
   local count = 0
   for _ in (map and map:lines() or function() end) do count = count + 1 end
   if map then map:close() end
   show("symbol name map entries", count)
+  -- Source symbols that fold to one target name overwrite each other.
+  local collisions = dofile((arg[0]:match("^(.*)/") or ".") .. "/symbol_name_collisions.lua")
+  local found = collisions(map_file) or {}
+  show("target names claimed twice", #found)
+  for _, c in ipairs(found) do print("    " .. c.partition .. "/" .. c.target .. ": " .. table.concat(c.sources, ", ")) end
 end
 
 if #failed > 0 then

@@ -10,7 +10,8 @@ t.eq(status, 0, "workflow ran to its end")
 for _, file in ipairs({"wdir/config/catalog.list", "wdir/config/catalog_data_mapping.xml",
                        "wdir/neutral/catalogs/digital_neut.tlx", "wdir/neutral/catalogs/analog.sym_list.caf",
                        "wdir/log/reports/verify_catalogs.txt", "wdir/Library/Library.zpc",
-                       "wdir/config/geom_technology/technology_list.xml"}) do
+                       "wdir/config/geom_technology/technology_list.xml",
+                       "wdir/Library/TranslationData/symname_map.txt"}) do
   assert(t.exists(out .. "/" .. file), "missing after the demo: " .. file)
 end
 local text = t.read(log)
