@@ -140,6 +140,39 @@ do
   for _, c in ipairs(found) do print("    " .. c.partition .. "/" .. c.target .. ": " .. table.concat(c.sources, ", ")) end
 end
 
+step("Neutral symbols")
+do
+  show("neutral symbol data written", write_neutral_symbol_data(location_map, true))
+  local rejected = io.open(wdir .. "/log/rejected_symbols.caf", "rb")
+  local names = {}
+  for line in (rejected and rejected:lines() or function() end) do
+    local path = line:match("^%.SK_SYMBOL_PATH (.*)$")
+    if path then names[#names + 1] = path end
+  end
+  if rejected then rejected:close() end
+  show("symbols rejected by the symbol tool", #names)
+  for _, path in ipairs(names) do print("    " .. path) end
+  show("symbols verified", verify_symbols(""))
+  show("report", wdir .. "/log/reports/verify_symbols.txt")
+  show("pin spacing report", report_symbol_pin_spacing_map())
+  show("report", wdir .. "/log/reports/symbol_pin_spacing_report.txt")
+  show("default symbol data mapping", create_default_symbol_data_mapping())
+  -- The user's part: a scale factor for every pin spacing (1.0 keeps sizes).
+  local scaling = get_symbol_scaling_list()
+  local filled = new_2d_list()
+  for i = 0, (scaling ~= "" and get_2d_list_size(scaling) or 0) - 1 do
+    local factor = get_2d_list_item(scaling, i, 2)
+    add_row_to_2d_list(filled)
+    for _, value in ipairs({get_2d_list_item(scaling, i, 0), get_2d_list_item(scaling, i, 1),
+                            factor ~= "" and factor or "1.0"}) do
+      add_row_item_to_2d_list(filled, value)
+    end
+  end
+  if scaling ~= "" then remove_2d_list(scaling) end
+  show("scale factors filled in", save_symbol_scaling_list(filled))
+  remove_2d_list(filled)
+end
+
 if #failed > 0 then
   error("steps that failed: " .. table.concat(failed, ", ") .. "; see the host log", 0)
 end

@@ -99,9 +99,10 @@ bool writeTarget(const std::string& file, const std::string& name, const TSource
                  const TSymXlt& config, std::string& error) {
   std::string scaleText = "1.0";
   config.find("[DESIGN SCALING]", "Scale", scaleText);
+  if (scaleText.empty()) scaleText = "1.0";  // a factor the user has not filled in yet
   char* end = nullptr;
   const double scale = std::strtod(scaleText.c_str(), &end);
-  if (scaleText.empty() || *end != '\0' || scale <= 0) {
+  if (*end != '\0' || scale <= 0) {
     error = "Scale is not a positive number: " + scaleText;
     return false;
   }
