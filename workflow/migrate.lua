@@ -124,22 +124,6 @@ show("symbol partitions added", add_symbol_partitions())
 show("PDB partitions added", add_pdb_partitions())
 show("cell partitions added", add_cell_partitions(""))
 
-step("Converting symbols")
-do
-  show("symbols converted", convert_symbols(location_map))
-  local map_file = wdir .. "/Library/TranslationData/symname_map.txt"
-  local map = io.open(map_file, "rb")
-  local count = 0
-  for _ in (map and map:lines() or function() end) do count = count + 1 end
-  if map then map:close() end
-  show("symbol name map entries", count)
-  -- Source symbols that fold to one target name overwrite each other.
-  local collisions = dofile((arg[0]:match("^(.*)/") or ".") .. "/symbol_name_collisions.lua")
-  local found = collisions(map_file) or {}
-  show("target names claimed twice", #found)
-  for _, c in ipairs(found) do print("    " .. c.partition .. "/" .. c.target .. ": " .. table.concat(c.sources, ", ")) end
-end
-
 step("Neutral symbols")
 do
   show("neutral symbol data written", write_neutral_symbol_data(location_map, true))
@@ -171,6 +155,22 @@ do
   if scaling ~= "" then remove_2d_list(scaling) end
   show("scale factors filled in", save_symbol_scaling_list(filled))
   remove_2d_list(filled)
+end
+
+step("Converting symbols")
+do
+  show("symbols converted", convert_symbols(location_map))
+  local map_file = wdir .. "/Library/TranslationData/symname_map.txt"
+  local map = io.open(map_file, "rb")
+  local count = 0
+  for _ in (map and map:lines() or function() end) do count = count + 1 end
+  if map then map:close() end
+  show("symbol name map entries", count)
+  -- Source symbols that fold to one target name overwrite each other.
+  local collisions = dofile((arg[0]:match("^(.*)/") or ".") .. "/symbol_name_collisions.lua")
+  local found = collisions(map_file) or {}
+  show("target names claimed twice", #found)
+  for _, c in ipairs(found) do print("    " .. c.partition .. "/" .. c.target .. ": " .. table.concat(c.sources, ", ")) end
 end
 
 if #failed > 0 then

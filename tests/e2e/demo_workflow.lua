@@ -31,4 +31,14 @@ for _, file in ipairs({"wdir/neutral/symbols_2/digital_logic/nand2.neut", "wdir/
                        "wdir/log/reports/symbol_pin_spacing_report.txt", "wdir/config/symbol_data_mapping.xml"}) do
   assert(t.exists(out .. "/" .. file), "missing after the demo: " .. file)
 end
+-- Every readable sample symbol converted into its partition and entered in the index.
+local index = t.read(out .. "/wdir/Library/Library.zpc")
+for _, symbol in ipairs({"digital digital_logic_nand2", "analog analog_opamp_opamp", "connectors header_dual_row_hdr_2x5"}) do
+  local partition, name = symbol:match("(%S+) (%S+)")
+  assert(t.exists(out .. "/wdir/Library/SymbolLibs/" .. partition .. "/" .. name .. ".sym"), "not converted: " .. name)
+  assert(index:find("\n*SYMBOL " .. symbol .. "\n", 1, true), "not in the index: " .. symbol)
+end
+local entered = 0
+for _ in index:gmatch("\n%*SYMBOL ") do entered = entered + 1 end
+t.eq(entered, 37, "symbols in the index")
 assert(not text:find(" FATAL ", 1, true), "the demo logged a fatal error:\n" .. text)
