@@ -1,10 +1,58 @@
-// The path tail of a symbol's directory.
+// The path tail of a symbol's directory, the path depth search and the
+// partition names.
 
 #include <algorithm>
+#include <boost/regex.hpp>
+#include <unordered_map>
+#include <unordered_set>
 
+#include "common/path_helpers.hpp"
 #include "symbols.hpp"
 
 namespace NVlt2HrwHelpers {
+
+namespace {
+
+std::string joinTail(const std::vector<std::string>& tokens, int depth) {
+  if (depth <= 0) return std::string();
+  const std::size_t take = std::min<std::size_t>(static_cast<std::size_t>(depth), tokens.size());
+  const std::size_t first = tokens.size() - take;
+  std::string tail;
+  for (std::size_t i = first; i < tokens.size(); ++i) {
+    if (i != first) tail += '_';
+    tail += tokens[i];
+  }
+  return tail;
+}
+
+// The items of a list as (directory number, name), with the distinct
+// directories split once: a library has far fewer directories than symbols.
+struct TSplitList {
+  std::vector<std::string> directories;
+  std::vector<std::vector<std::string>> tokens;
+  std::vector<std::pair<std::size_t, std::string>> items;
+  std::size_t maxTokens = 0;
+};
+
+TSplitList splitList(const rig_common::CSymbolList& symbols) {
+  TSplitList split;
+  std::unordered_map<std::string, std::size_t> known;
+  split.items.reserve(symbols.size());
+  for (const auto& item : symbols) {
+    std::string directory = item.getDirectory();
+    auto found = known.find(directory);
+    if (found == known.end()) {
+      found = known.emplace(directory, split.directories.size()).first;
+      split.tokens.push_back(splitDirectory(directory));
+      split.maxTokens = std::max(split.maxTokens, split.tokens.back().size());
+      split.directories.push_back(std::move(directory));
+    }
+    split.items.emplace_back(found->second, item.getName());
+  }
+  return split;
+}
+
+}  // namespace
 
 std::vector<std::string> splitDirectory(const std::string& directory) {
   std::vector<std::string> tokens;
@@ -23,15 +71,69 @@ std::vector<std::string> splitDirectory(const std::string& directory) {
 
 std::string buildPathTail(const std::string& directory, int depth) {
   if (depth <= 0) return std::string();
-  const std::vector<std::string> tokens = splitDirectory(directory);
-  const std::size_t take = std::min<std::size_t>(static_cast<std::size_t>(depth), tokens.size());
-  const std::size_t first = tokens.size() - take;
-  std::string tail;
-  for (std::size_t i = first; i < tokens.size(); ++i) {
-    if (i != first) tail += '_';
-    tail += tokens[i];
+  return joinTail(splitDirectory(directory), depth);
+}
+
+int countPathLevels(const std::string& directory) {
+  const std::string unixPath = boost::regex_replace(rig_common::toUnixPath(directory, true), boost::regex("//"), "/");
+  return static_cast<int>(std::count(unixPath.begin(), unixPath.end(), '/'));
+}
+
+bool partitionName(const std::vector<std::string>& tokens, int start, int stop, std::string& name) {
+  name.clear();
+  for (int i = start; i <= stop; ++i) {
+    if (i < 0 || static_cast<std::size_t>(i) >= tokens.size()) return false;
+    name += tokens[static_cast<std::size_t>(i)];
+    name += '_';
   }
-  return tail;
+  if (!name.empty()) name.pop_back();
+  return true;
+}
+
+int findPathDepth(std::list<TPathDepthRecord>& records, const rig_common::CSymbolList& symbols) {
+  const TSplitList split = splitList(symbols);
+  // Past the longest directory every further tail is the whole directory,
+  // so the collisions left there cannot be told apart by depth.
+  const int lastDepth = std::max<int>(1, static_cast<int>(split.maxTokens));
+  std::unordered_map<std::string, std::size_t> keys;
+  keys.reserve(split.items.size());
+  for (int depth = 1;; ++depth) {
+    std::vector<std::string> tails;
+    tails.reserve(split.tokens.size());
+    for (const auto& tokens : split.tokens) tails.push_back(joinTail(tokens, depth));
+    keys.clear();
+    TPathDepthRecord record;
+    record.depth = depth;
+    std::string key;
+    for (std::size_t number = 0; number < split.items.size(); ++number) {
+      const auto& item = split.items[number];
+      key = tails[item.first];
+      key += item.second;
+      const auto inserted = keys.emplace(key, number);
+      if (inserted.second) continue;
+      ++record.count;
+      const auto& first = split.items[inserted.first->second];
+      record.duplicates.emplace(split.directories[item.first], item.second);
+      record.duplicates.emplace(split.directories[first.first], first.second);
+    }
+    const bool collided = record.count > 0;
+    records.push_back(std::move(record));
+    if (!collided || depth >= lastDepth) return depth;
+  }
+}
+
+bool createPartitionNames(std::list<std::string>& names, const rig_common::CSymbolList& symbols, int start, int stop) {
+  std::set<std::string> found;
+  std::unordered_set<std::string> seenDirectories;
+  std::string name;
+  for (const auto& item : symbols) {
+    std::string directory = item.getDirectory();
+    if (!seenDirectories.insert(directory).second) continue;
+    if (!partitionName(splitDirectory(directory), start, stop, name)) return false;
+    found.insert(name);
+  }
+  names.insert(names.end(), found.begin(), found.end());
+  return true;
 }
 
 }  // namespace NVlt2HrwHelpers
