@@ -128,7 +128,8 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
 TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
   const std::string logic = kComponents + "/digital/logic";
   writeFile(lists / "LOGIC.sym_list.caf", item(logic + "/nand2", {{"nand2/_v", {"A>A[0:1]", "Q>R"}}}) +
-                                              item(logic + "/missing") + item(logic + "/inv") + item(logic + "/nor2"));
+                                              item(logic + "/missing") + item(logic + "/inv") + item(logic + "/nor2") +
+                                              item(logic + "/xor2"));
   writeFile(lists / "OTHER.sym_list.caf", item(logic + "/and2"));
   writeFile(config / "excluded_symbols.caf", item(logic + "/nor2"));
   writeFile(log / "rejected_symbols.caf", item("/old/sym", {{"sym", {}}}) + item(logic + "/missing"));
@@ -144,6 +145,7 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
   EXPECT_NE(readFile(neut("digital_logic", "nand2").string() + "_v").find("PIN_NAME A[0:1]\nPIN_NAME B\n"),
             std::string::npos);
   EXPECT_FALSE(fs::exists(neut("digital_logic", "inv")));
+  EXPECT_TRUE(fs::exists(neut("digital_logic", "xor2"))) << "symbols after a failure still run";
   EXPECT_FALSE(fs::exists(neut("digital_logic", "nor2")));
   EXPECT_EQ(
       host.texts("translation", "ERROR"),
