@@ -45,6 +45,7 @@ struct SymbolListTest : StartedHostTest {
     for (const char* file : {"top.smbl_1", "a/s.smbl_1", "a/s.smbl_12", "a/t.smbl_", "a/u.smbl_1.bak",
                              "a/with blank.smbl_1", "a/b/c/d.smbl_3", "a/dir.smbl_1/x.txt"})
       writeFile(comps / file, "");
+    fs::create_directory_symlink(comps / "a", comps / "a" / "b" / "loop");
     writeFile(config / "catalog.list", "c1\nc2\nnone\n");
     const std::string s = (comps / "a" / "s").string();
     const std::string use = "...QRN_PART P\n....QRN_COMP C\n.....QRN_SYMBOL s\n";

@@ -135,3 +135,33 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
+  const std::string file = (config / "symbol_data.xml").string();
+  EXPECT_FALSE(partition());
+  EXPECT_EQ(NComponent::getSymbolPartitionList(), "");
+  EXPECT_FALSE(NComponent::saveSymbolPartitionList(NComponent::new2DList()));
+  EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{"Loading symbols configuration file: symbol data file does not exist: " + file,
+                                      "Obtaining symbol partition list: cannot parse file: " + file,
+                                      "Obtaining symbol partition list: cannot parse file: " + file,
+                                      "Loading symbols configuration file: symbol data file does not exist: " + file}));
+  EXPECT_FALSE(fs::exists(config / "sym_partitions.caf"));
+
+  writeFile(file, "<rig><symbol_data><common start=\"1\" stop=\"x\"/></symbol_data></rig>");
+  host.clearRecords();
+  int start = -1, stop = -1, depth = -1;
+  EXPECT_FALSE(NComponent::getSymbolPathLevels(start, stop, depth));
+  EXPECT_EQ(start, 1);
+  EXPECT_FALSE(NComponent::setSymbolPathLevels(0, 0, 0) && NComponent::setSymbolPathLevels(0, -1, 0));
+  EXPECT_EQ(
+      host.texts("component", "ERROR"),
+      (std::vector<std::string>{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
+                                "Setting symbol path levels: all levels should be positive numbers."}));
+  EXPECT_NE(readFile(file).find("start=\"0\" stop=\"0\" depth=\"0\""), std::string::npos);
+}
+
+}  // namespace

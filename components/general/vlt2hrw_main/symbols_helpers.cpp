@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <boost/regex.hpp>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -92,33 +93,63 @@ bool partitionName(const std::vector<std::string>& tokens, int start, int stop, 
 
 int findPathDepth(std::list<TPathDepthRecord>& records, const rig_common::CSymbolList& symbols) {
   const TSplitList split = splitList(symbols);
+  const std::size_t count = split.items.size();
+  // The rank of each directory in byte order, so that colliding items sort
+  // as the duplicates set orders them without comparing directories again.
+  std::vector<std::size_t> order(split.directories.size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  std::sort(order.begin(), order.end(),
+            [&split](std::size_t a, std::size_t b) { return split.directories[a] < split.directories[b]; });
+  std::vector<std::size_t> rank(order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) rank[order[i]] = i;
+
   // Past the longest directory every further tail is the whole directory,
   // so the collisions left there cannot be told apart by depth.
   const int lastDepth = std::max<int>(1, static_cast<int>(split.maxTokens));
-  std::unordered_map<std::string, std::size_t> keys;
-  keys.reserve(split.items.size());
+  std::string keyText;  // all keys of a round, back to back
+  std::vector<std::size_t> keyEnds(count);
+  std::unordered_map<std::string_view, std::size_t> keys;
+  std::vector<char> colliding(count);
+  std::vector<std::size_t> collided;
   for (int depth = 1;; ++depth) {
     std::vector<std::string> tails;
     tails.reserve(split.tokens.size());
     for (const auto& tokens : split.tokens) tails.push_back(joinTail(tokens, depth));
+    keyText.clear();
+    for (std::size_t i = 0; i < count; ++i) {
+      keyText += tails[split.items[i].first];
+      keyText += split.items[i].second;
+      keyEnds[i] = keyText.size();
+    }
     keys.clear();
+    keys.reserve(count);
+    std::fill(colliding.begin(), colliding.end(), 0);
+    collided.clear();
     TPathDepthRecord record;
     record.depth = depth;
-    std::string key;
-    for (std::size_t number = 0; number < split.items.size(); ++number) {
-      const auto& item = split.items[number];
-      key = tails[item.first];
-      key += item.second;
-      const auto inserted = keys.emplace(key, number);
+    for (std::size_t i = 0, begin = 0; i < count; begin = keyEnds[i++]) {
+      const std::string_view key(keyText.data() + begin, keyEnds[i] - begin);
+      const auto inserted = keys.try_emplace(key, i);
       if (inserted.second) continue;
       ++record.count;
-      const auto& first = split.items[inserted.first->second];
-      record.duplicates.emplace(split.directories[item.first], item.second);
-      record.duplicates.emplace(split.directories[first.first], first.second);
+      for (const std::size_t item : {i, inserted.first->second})
+        if (!colliding[item]) {
+          colliding[item] = 1;
+          collided.push_back(item);
+        }
     }
-    const bool collided = record.count > 0;
+    std::sort(collided.begin(), collided.end(), [&split, &rank](std::size_t a, std::size_t b) {
+      const auto& x = split.items[a];
+      const auto& y = split.items[b];
+      if (x.first != y.first) return rank[x.first] < rank[y.first];
+      return x.second < y.second;
+    });
+    for (const std::size_t item : collided)
+      record.duplicates.emplace_hint(record.duplicates.end(), split.directories[split.items[item].first],
+                                     split.items[item].second);
+    const bool found = record.count == 0;
     records.push_back(std::move(record));
-    if (!collided || depth >= lastDepth) return depth;
+    if (found || depth >= lastDepth) return depth;
   }
 }
 

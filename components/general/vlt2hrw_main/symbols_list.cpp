@@ -27,10 +27,19 @@ bool buildSymbolList(const CScriptCall& call, CSymbolList& list, const fs::path&
     return false;
   }
   // Every directory below the root, the root itself not among them.
+  // A directory reached a second time through a link is not walked again,
+  // so a link to an ancestor cannot make the walk endless.
   std::vector<fs::path> directories;
-  const auto listDirectories = [&directories](const fs::path& dir) {
-    for (fs::directory_iterator it(dir), end; it != end; ++it)
-      if (fs::is_directory(it->status())) directories.push_back(it->path());
+  std::set<fs::path> visited;
+  boost::system::error_code error;
+  visited.insert(fs::canonical(symbolRoot, error));
+  const auto listDirectories = [&](const fs::path& dir) {
+    for (fs::directory_iterator it(dir), end; it != end; ++it) {
+      if (!fs::is_directory(it->status())) continue;
+      const fs::path real = fs::canonical(it->path(), error);
+      if (!error && !visited.insert(real).second) continue;
+      directories.push_back(it->path());
+    }
   };
   listDirectories(symbolRoot);
   for (std::size_t next = 0; next < directories.size(); ++next) listDirectories(fs::path(directories[next]));
@@ -74,7 +83,9 @@ bool buildSymbolList(const CScriptCall& call, CSymbolList& list, const fs::path&
               "Saving catalogs to neutral format: cannot read following symbol list file: " << file.string());
       return false;
     }
-    list.addAll(reader.list());
+    // The reader's items are not needed any more: moving them in merges
+    // them as addAll would, without copying their trees.
+    for (auto& item : reader.list()) list.add(std::move(item));
   }
   return true;
 }

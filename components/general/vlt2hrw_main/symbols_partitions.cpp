@@ -82,11 +82,12 @@ void numberUses(CScriptCall& call, rig_common::log4rig::ILogger* logger, const f
   // Every number below the last one given to a base is taken, since `taken`
   // only grows: the next search for that base starts behind it.
   std::unordered_map<std::string, int> nextNumber;
+  // The postfixes go onto the items read, which are not used otherwise: a
+  // use is found by its values, so this gives what a copy would get.
   CSymbolList result(logger);
   std::size_t index = 0;
-  for (const auto& item : reader.list()) {
+  for (auto& item : reader.list()) {
     const std::string& base = bases[index++];
-    rig_common::CSymbolListItem copy(item);
     for (auto use = item.firstUse(); !use.atEnd(); use = item.nextUse(use)) {
       int& next = nextNumber.emplace(base, 1).first->second;
       int n = next;
@@ -94,9 +95,9 @@ void numberUses(CScriptCall& call, rig_common::log4rig::ILogger* logger, const f
       while (taken.count(name) != 0) name = dotsToUnderscores(base + "_" + std::to_string(++n));
       taken.insert(name);
       next = n + 1;
-      copy.setNamePostfix(use, "_" + std::to_string(n));
+      item.setNamePostfix(use, "_" + std::to_string(n));
     }
-    result.add(std::move(copy));
+    result.add(std::move(item));
   }
   rig_common::CSymbolListFileWriter writer(logger);
   writer.open(file.string(), false);
@@ -240,7 +241,8 @@ bool partitionSymbolList(const std::string& libraryName, const std::string& loca
       writer = std::make_unique<rig_common::CSymbolListFileWriter>(&logger);
       writer->open((listDir / (target + rig_common::symbol::kSymbolListSuffix)).string(), false);
     }
-    writer->list().add(std::move(item));
+    // The merged list holds each path once, so nothing would merge here.
+    writer->list().append(std::move(item));
   }
 
   const fs::path keyFile = configDir / "symbol_partitions.caf";
