@@ -7,8 +7,6 @@
 #include <boost/algorithm/string/trim.hpp>
 #include <boost/filesystem.hpp>
 #include <fstream>
-#include <map>
-#include <set>
 
 #include "catalog_helpers.hpp"
 #include "common/path_helpers.hpp"
