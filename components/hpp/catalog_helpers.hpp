@@ -1,12 +1,13 @@
 #pragma once
 // Pieces shared by the catalog steps: the directories of the working
-// directory, catalog.list, and the tool log line filter.
+// directory and catalog.list.
 
 #include <boost/filesystem/path.hpp>
 #include <string>
 #include <vector>
 
 #include "misc.hpp"
+#include "tool_log_filter.hpp"
 
 namespace NComponent {
 namespace NCatalog {
@@ -21,9 +22,8 @@ bool neutralDirectory(CScriptCall& call, boost::filesystem::path& dir, const std
 // The catalog names of catalog.list: each line trimmed at both ends.
 bool readCatalogList(const boost::filesystem::path& file, std::vector<std::string>& catalogs);
 
-// The message of a tool log line: what follows an "err..." or, with
-// `warnings`, a "warn..." word at the start of the line; empty otherwise.
-std::string filterLogLine(const std::string& line, bool warnings);
+// The tool log line filter, shared with the symbol steps.
+using ::NComponent::filterLogLine;
 
 }  // namespace NCatalog
 }  // namespace NComponent

@@ -93,6 +93,17 @@ TEST_F(LibForgeTest, ErrorsGiveClearMessagesAndCodes) {
   EXPECT_EQ(run("-CreatePartition -zpcpath=/nonexistent/Library.zpc -partitiontype=pdb -partitionname=x"), 2);
   EXPECT_EQ(output(), "Error: library index file does not exist or cannot be read: /nonexistent/Library.zpc\n");
   EXPECT_EQ(run("-CreatePartition " + zpc() + " -cellpartitionfile=/nonexistent"), 3);
+  // An unquoted name with a blank arrives split.
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " -partitiontype=cell -partitionname=c d"), 1);
+  EXPECT_EQ(output(), "Error: unexpected argument: d\n");
+}
+
+TEST_F(LibForgeTest, NamesInQuotesLoseThem) {
+  ASSERT_EQ(run("-CreateSeed " + zpc()), 0);
+  EXPECT_EQ(partition("cell", "\"c d_e\""), 0);
+  writeFile(tmp.path() / "p.caf", "\"x y\"\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " " + quote("-sympartitionfile=" + tmp.str() + "/p.caf")), 0);
+  EXPECT_EQ(readFile(index()), kSeedIndex + "*PARTITION symbol x y\n*PARTITION cell c d_e\n");
 }
 
 }  // namespace

@@ -53,15 +53,16 @@ TEST(SampleLibrary, SymbolTreeAndSymbolFiles) {
     auto lines = statements(it->path());
     ASSERT_GE(lines.size(), 6u) << leaf;
     EXPECT_EQ(lines.front(), (std::vector<std::string>{"SKSYMBOL", "1"})) << leaf;
-    EXPECT_EQ(lines.back(), (std::vector<std::string>{"END"})) << leaf;
+    // mux4 is the sample's one symbol that the symbol tool cannot read: it lacks its END.
+    EXPECT_EQ(lines.back() == std::vector<std::string>{"END"}, leaf != "mux4.smbl_1") << leaf;
     std::map<std::string, std::string> single;
     for (const auto& words : lines) single[words[0]] = words.size() > 1 ? words[1] : "";
     EXPECT_EQ(single["NAME"], match[1].str());
     EXPECT_TRUE(single["UNIT"] == "INCH" || single["UNIT"] == "MM") << leaf;
     EXPECT_FALSE(single["PIN_SPACING"].empty() || single["REFDES"].empty()) << leaf;
   }
-  EXPECT_EQ(files, 44);
-  EXPECT_EQ(symbols.size(), 37u);
+  EXPECT_EQ(files, 45);
+  EXPECT_EQ(symbols.size(), 38u);
   // The one name that collides at path depth 1: same name, same last
   // directory, different directory above it.
   EXPECT_EQ(directoriesOfName["pwr_flag"], (std::set<std::string>{"power in analog", "power in digital"}));

@@ -64,6 +64,13 @@ int createSeed(const vlttools::TOptions& options, CReport& report) {
   return kOk;
 }
 
+// A name that arrives in double quotes (a cell partition named after a
+// directory with a blank) is taken without them.
+std::string unquote(const std::string& name) {
+  if (name.size() >= 2 && name.front() == '"' && name.back() == '"') return name.substr(1, name.size() - 2);
+  return name;
+}
+
 bool validName(const std::string& name) {
   return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\") == std::string::npos;
 }
@@ -123,7 +130,13 @@ int createPartitions(const vlttools::TOptions& options, CReport& report) {
       report("Error: missing option -partitionname=");
       return kUsage;
     }
-    names.push_back(options.get("partitionname"));
+    names.push_back(unquote(options.get("partitionname")));
+  }
+
+  // A name with a blank that was not quoted arrives split.
+  if (!options.positional.empty()) {
+    report("Error: unexpected argument: " + options.positional.front());
+    return kUsage;
   }
 
   libforge::CLibraryIndex index;
@@ -139,7 +152,7 @@ int createPartitions(const vlttools::TOptions& options, CReport& report) {
       return kPartial;
     }
     for (std::string line; std::getline(in, line);) {
-      std::string name = rig_common::trim(line);
+      std::string name = unquote(rig_common::trim(line));
       if (!name.empty()) names.push_back(name);
     }
     report("LibForge: " + std::to_string(names.size()) + " partition name(s) read from: " + listFile.string());

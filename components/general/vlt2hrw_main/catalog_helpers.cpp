@@ -1,9 +1,8 @@
-// Directories, catalog.list and the log line filter of the catalog steps.
+// Directories and catalog.list of the catalog steps.
 
 #include "catalog_helpers.hpp"
 
 #include <boost/filesystem/operations.hpp>
-#include <boost/regex.hpp>
 #include <fstream>
 
 #include "common/text_file.hpp"
@@ -50,14 +49,6 @@ bool readCatalogList(const fs::path& file, std::vector<std::string>& catalogs) {
   if (!rig_common::readTextLines(file, lines)) return false;
   for (const std::string& line : lines) catalogs.push_back(rig_common::trim(line));
   return true;
-}
-
-std::string filterLogLine(const std::string& line, bool warnings) {
-  const boost::regex expression(warnings ? "\\s*(?:err|warn)\\S*\\s*:*\\s*(.*)" : "\\s*(?:err)\\S*\\s*:*\\s*(.*)",
-                                boost::regex::perl | boost::regex::icase);
-  boost::smatch match;
-  if (!boost::regex_match(line, match, expression)) return {};
-  return match[1].str();
 }
 
 }  // namespace NCatalog

@@ -1,0 +1,161 @@
+// convert_symbols through recording stand-ins of the symbol tool and the
+// library update tool: the per-symbol configuration, the script, the tool
+// lines, the name map, the rejected list and the failure paths.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "components/hpp/convert_symbols.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+using Strings = std::vector<std::string>;
+
+namespace {
+
+const std::string kDefaultConfig =
+    "[PACKAGE ATTRIBUTES]\nREF=REFDES\n\n[PIN ATTRIBUTES]\nPIN_NO=#\n\n[PIN TYPES]\nIN=IN\n\n"
+    "[DESIGN SCALING]\nScale=1.0\n\n";
+const std::string kMapping =
+    "<rig><symbol_data><data_map id='m'><scaling><pin_spacing val='0.1' unit='INCH' factor='2.5'/>"
+    "<pin_spacing val='0.10' unit='INCH' factor='9'/></scaling>"
+    "<body_properties><property sk='REF' td='Ref Designator'/><property sk='VALUE' td='Val'/></body_properties>"
+    "<pin_properties><property sk='PIN_NO' td='Pin Number'/></pin_properties>"
+    "<pin_types><type sk='IN' td='INPUT'/></pin_types></data_map></symbol_data></rig>";
+
+TEST(ConvertSymbolNames, TargetNameAndUpdateToolLine) {
+  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/x.y", "a.b", 1), "x_y_a_b");
+  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/d/x", "a", 2), "d_x_a");
+  EXPECT_EQ(
+      NComponent::NSymbol::tdlib2zpcCommandLine("/k h/lm/win32/bin/tdlib2zpc.exe", "/w=d/Library", "P", "/w=d/log"),
+      "cmd /c \"\"\\k h\\lm\\win32\\bin\\tdlib2zpc.exe\" -CentralLib=/w=d/Library/Library.zpc -Partition=P "
+      "-LogFile=\"\\w=d\\log\\tdlib2zpc.log\" >> \"\\w=d\\log\\symbol_converter.log\" 2>&1\"");
+}
+
+struct ConvertSymbolsTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path wdir, config, log, neutral, library, bin, kve, rec;
+
+  void SetUp() override {
+    wdir = tmp.path() / "wdir";
+    config = wdir / "config";
+    log = wdir / "log";
+    neutral = wdir / "neutral";
+    library = wdir / "Library";
+    bin = tmp.path() / "bin";
+    kve = tmp.path() / "qlln" / "KVE_HOME" / "lm" / "win32" / "bin";
+    rec = tmp.path() / "rec";
+    for (const auto& dir : {config, log, neutral / "symbol_lists", library / "SymbolLibs" / "P", bin, kve, rec})
+      fs::create_directories(dir);
+    const fs::path recorder = fs::path(VLT_TEST_BIN_DIR) / "record_tool";
+    fs::create_symlink(recorder, bin / "sksym2td.exe");
+    fs::create_symlink(recorder, kve / "tdlib2zpc.exe");
+    writeFile(config / "symbol_data.xml",
+              "<rig><symbol_data><common start='1' stop='1' depth='1'/><default/><partition_data>"
+              "<partition name='lib_n' rename='P' file='m.xml' id='m'/></partition_data></symbol_data></rig>");
+    writeFile(config / "m.xml", kMapping);
+    writeFile(config / "sk2td_symbols_only.cfg", kDefaultConfig);
+    writeFile(config / "excluded_symbols.caf", ".SK_SYMBOL_PATH /lib/x.y/gone\n");
+    writeFile(neutral / "symbols_1" / "x.y" / "a.b.neut", "SYMBOL a.b\nUNIT_NAME INCH\nPIN_SPACING 0.1\n");
+    writeFile(neutral / "symbols_1" / "x.y" / "bad.neut", "SYMBOL bad\nUNIT_NAME MM\n");
+    writeFile(neutral / "symbol_lists" / "P.sym_list.caf",
+              ".SK_SYMBOL_PATH /lib/x.y/a.b\n..CATALOG c\n...QRN_PART 1\n....QRN_COMP U\n.....QRN_SYMBOL a.b\n"
+              "......NAME_POSTFIX _1\n......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
+              ".SK_SYMBOL_PATH /lib/x.y/missing\n.SK_SYMBOL_PATH /lib/x.y/gone\n.SK_SYMBOL_PATH /lib/x.y/bad\n");
+    setenv("RECORD_TOOL_DIR", rec.c_str(), 1);
+    setenv("RECORD_TOOL_FAIL_ON", "/bad\n", 1);
+    unsetenv("KVE_HOME");
+    ASSERT_TRUE(host.start());
+    host.setWdir(wdir.string());
+    host.setLibrary(tmp.str());
+    host.setService("get qlln installation path", (tmp.path() / "qlln").string());
+    host.setService("get rig install bin", bin.string());
+    host.clearRecords();
+  }
+  void TearDown() override {
+    unsetenv("RECORD_TOOL_DIR");
+    unsetenv("RECORD_TOOL_FAIL_ON");
+    host.release();
+  }
+  std::string calls() { return readFile(rec / "calls.txt"); }
+  std::string updateCall() {
+    return "tdlib2zpc.exe -CentralLib=" + (library / "Library.zpc").string() +
+           "|-Partition=P|-LogFile=" + (log / "tdlib2zpc.log").string() + "\n";
+  }
+};
+
+TEST_F(ConvertSymbolsTest, ConvertsEachSymbolWithItsFittedConfigurationAndUpdatesThePartition) {
+  ASSERT_TRUE(NComponent::convertSymbols(" map "));
+  // Labels become internal names; the scale of the exact (spacing, unit) pair.
+  EXPECT_EQ(readFile(neutral / "symbols_1" / "x.y" / "a.b_sk2td_symbols_only.cfg"),
+            "[PACKAGE ATTRIBUTES]\nREF=REFDES\nVALUE=Val\n\n[PIN ATTRIBUTES]\nPIN_NO=#\n\n[PIN TYPES]\nIN=INPUT\n\n"
+            "[DESIGN SCALING]\nScale=2.5\n\n");
+  // Without a fitting record the default scale stays.
+  EXPECT_NE(readFile(neutral / "symbols_1" / "x.y" / "bad_sk2td_symbols_only.cfg").find("Scale=1.0\n"),
+            std::string::npos);
+  const std::string out = (library / "SymbolLibs" / "P").string();
+  const std::string cfg = (neutral / "symbols_1" / "x.y").string();
+  EXPECT_EQ(readFile(rec / "stdin.txt"),
+            "\nsymxlt_cfg_file " + cfg + "/a.b_sk2td_symbols_only.cfg\ntd_symbol_output_path " + out +
+                "\nsymbol begin\nsk_symbol_path /lib/x.y/a.b\ntd_symbol_name x_y_a_b\nsymbol end\n"
+                "symbol begin\nsk_symbol_path /lib/x.y/a.b\ntd_symbol_name x_y_a_b_1\npin_map A A[0:2]\nsymbol end\n"
+                "run\nexit\n"
+                "\nsymxlt_cfg_file " +
+                cfg + "/bad_sk2td_symbols_only.cfg\ntd_symbol_output_path " + out +
+                "\nsymbol begin\nsk_symbol_path /lib/x.y/bad\ntd_symbol_name x_y_bad\nsymbol end\nrun\nexit\n");
+  // The missing neutral file: no tool; the failed symbol: the update runs.
+  EXPECT_EQ(calls(), "sksym2td.exe -nostart\n" + updateCall() + "sksym2td.exe -nostart\n" + updateCall());
+  EXPECT_EQ(
+      host.texts("translation", "WARN"),
+      (Strings{"Converting symbols: problem during parsing neutral symbol file: " + cfg + "/missing.neut",
+               "Converting symbols: either pin spacing or unit name is not valid for symbol: " + cfg + "/bad.neut"}));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            Strings{"sksym2td found problem(s) during converting symbol: \\lib\\x.y\\bad"});
+  EXPECT_TRUE(host.logged("translation", "INFO",
+                          "Converting symbols: following symbol will be excluded from translation: /lib/x.y/gone"));
+  EXPECT_NE(readFile(log / "rejected_symbols.caf").find(".SK_SYMBOL_PATH /lib/x.y/bad\n"), std::string::npos);
+  EXPECT_EQ(readFile(library / "TranslationData" / "symname_map.txt"),
+            "/lib/x.y/a.b\tP\tx_y_a_b\n/lib/x.y/missing\tP\tx_y_missing\n/lib/x.y/bad\tP\tx_y_bad\n");
+  EXPECT_EQ(readFile(log / "symbol_converter.log"), "\nError: failing on request\n\n");
+}
+
+TEST_F(ConvertSymbolsTest, NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsNoNeutralFile) {
+  writeFile(library / "TranslationData" / "symname_map.txt", "/old/s\tQ\told_s\nonly\ttwo\n/lib/x.y/bad\tP\tstale\n");
+  fs::remove(config / "m.xml");
+  fs::remove(kve / "tdlib2zpc.exe");
+  unsetenv("RECORD_TOOL_FAIL_ON");
+  ASSERT_TRUE(NComponent::convertSymbols("map"));
+  EXPECT_EQ(readFile(library / "TranslationData" / "symname_map.txt"),
+            "/old/s\tQ\told_s\n/lib/x.y/bad\tP\tx_y_bad\n/lib/x.y/a.b\tP\tx_y_a_b\n/lib/x.y/missing\tP\tx_y_missing\n");
+  EXPECT_EQ(calls(), "sksym2td.exe -nostart\nsksym2td.exe -nostart\nsksym2td.exe -nostart\n");
+  EXPECT_NE(readFile(rec / "stdin.txt").find("symxlt_cfg_file " + (config / "sk2td_symbols_only.cfg").string()),
+            std::string::npos);
+  const Strings warnings = host.texts("translation", "WARN");
+  EXPECT_EQ(warnings.at(1),
+            "Converting symbols: cannot parse symbol data mapping file: " + (config / "m.xml").string() +
+                ", hence cannot generate translation configuration file specific for given partition: P");
+  EXPECT_EQ(
+      warnings.at(0),
+      "Reading symbol name mapping file:  following line contains not enough data, so will be skipped: only\ttwo");
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            Strings(3, "Converting symbols: tdlib2zpc tool does not exist at: " + (kve / "tdlib2zpc.exe").string()));
+  EXPECT_EQ(readFile(log / "rejected_symbols.caf"), "");
+}
+
+TEST_F(ConvertSymbolsTest, SetUpFailuresAndAnEmptyRun) {
+  fs::remove(neutral / "symbol_lists" / "P.sym_list.caf");
+  ASSERT_TRUE(NComponent::convertSymbols("map"));
+  EXPECT_EQ(readFile(library / "TranslationData" / "symname_map.txt"), "");
+  EXPECT_FALSE(fs::exists(rec / "calls.txt"));
+  fs::remove_all(library / "SymbolLibs");
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::convertSymbols("map"));
+  EXPECT_EQ(host.texts("translation", "INFO"),
+            (Strings{"Converting symbols.",
+                     "Converting symbols: CL symbol holder does not exist at: " + (library / "SymbolLibs").string()}));
+}
+
+}  // namespace

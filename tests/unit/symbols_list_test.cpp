@@ -1,0 +1,157 @@
+// The list of symbols to translate: the walk of the component tree, the
+// merge of the catalogs' lists, and the path depth search and its report.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "common/symbol_list_item.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "components/hpp/symbols.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+using NVlt2HrwHelpers::TPathDepthRecord;
+using rig_common::CSymbolList;
+
+namespace {
+
+std::vector<std::string> paths(const CSymbolList& list) {
+  std::vector<std::string> result;
+  for (const auto& item : list) result.push_back(item.getPath());
+  return result;
+}
+
+CSymbolList listOf(std::initializer_list<const char*> symbolPaths) {
+  CSymbolList list;
+  list.assign(std::vector<std::string>(symbolPaths.begin(), symbolPaths.end()));
+  return list;
+}
+
+struct SymbolListTest : StartedHostTest {
+  fs::path lib, comps, config, catalogs;
+  std::string map;
+
+  void SetUp() override {
+    StartedHostTest::SetUp();
+    lib = tmp.path() / "lib";
+    comps = lib / "comps";
+    config = tmp.path() / "config";
+    catalogs = tmp.path() / "neutral" / "catalogs";
+    map = (tmp.path() / "map").string();
+    writeFile(map, "$L\n" + lib.string() + "\n");
+    writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  C $L/comps -qrn_component }\n");
+    for (const char* file : {"top.smbl_1", "a/s.smbl_1", "a/s.smbl_12", "a/t.smbl_", "a/u.smbl_1.bak",
+                             "a/with blank.smbl_1", "a/b/c/d.smbl_3", "a/dir.smbl_1/x.txt"})
+      writeFile(comps / file, "");
+    fs::create_directory_symlink(comps / "a", comps / "a" / "b" / "loop");
+    writeFile(config / "catalog.list", "c1\nc2\nnone\n");
+    const std::string s = (comps / "a" / "s").string();
+    const std::string use = "...QRN_PART P\n....QRN_COMP C\n.....QRN_SYMBOL s\n";
+    writeFile(catalogs / "c1.sym_list.caf", ".SK_SYMBOL_PATH " + s + "\n..CATALOG c1\n" + use);
+    writeFile(catalogs / "c2.sym_list.caf",
+              ".SK_SYMBOL_PATH " + s + "\n..CATALOG c2\n" + use + ".SK_SYMBOL_PATH /x/y\n");
+    host.setLibrary(lib.string());
+  }
+  bool build(CSymbolList& list) { return NVlt2HrwHelpers::buildSymbolListAux(list, "L", map, lib.string()); }
+};
+
+TEST_F(SymbolListTest, WalkFoldsVersionsSkipsLookAlikesAndReplacesTheMergedList) {
+  CSymbolList list;
+  ASSERT_TRUE(build(list));
+  EXPECT_EQ(paths(list), (std::vector<std::string>{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
+  EXPECT_EQ(list.begin()->root->children.size(), 0u);  // the catalog trees are gone
+  EXPECT_TRUE(host.logged("translation", "WARN",
+                          "Saving symbols configuration file: symbol list file not found for the catalog: none"));
+  // Without catalog.list the walk alone runs.
+  fs::remove(config / "catalog.list");
+  ASSERT_TRUE(build(list));
+  EXPECT_EQ(list.size(), 2u);
+}
+
+TEST_F(SymbolListTest, CatalogModeMergesTheCatalogsOfOneSymbol) {
+  host.parameters()["catalog symbols only"] = "1";
+  CSymbolList list;
+  ASSERT_TRUE(build(list));
+  EXPECT_EQ(paths(list), (std::vector<std::string>{(comps / "a/s").string(), "/x/y"}));
+  EXPECT_EQ(list.begin()->root->children.size(), 2u);
+  EXPECT_EQ(host.texts("component", "DEBUG").front(), "Building list of symbols referenced by catalogs");
+  fs::remove(config / "catalog.list");
+  EXPECT_FALSE(build(list));
+  EXPECT_TRUE(
+      host.logged("component", "ERROR",
+                  "Building list of symbols: catalog list file does not exist: " + (config / "catalog.list").string()));
+}
+
+TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
+  writeFile(catalogs / "c2.sym_list.caf", "..broken\n");
+  for (const char* mode : {"0", "1"}) {
+    host.parameters()["catalog symbols only"] = mode;
+    host.clearRecords();
+    CSymbolList list;
+    EXPECT_FALSE(build(list));
+    EXPECT_EQ(host.texts("translation", "ERROR"),
+              (std::vector<std::string>{"Saving catalogs to neutral format: cannot read following symbol list file: " +
+                                            (catalogs / "c2.sym_list.caf").string(),
+                                        "Building list of symbols: cannot build symbol lists."}));
+  }
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
+  EXPECT_TRUE(host.logged("translation", "ERROR", "Saving symbols configuration file: cannot merge symbol lists"));
+  EXPECT_EQ(NComponent::findSymbolPathDepth("L", map, lib.string()), -1);
+  EXPECT_TRUE(host.logged("translation", "ERROR", "Looking for symbol path depth: cannot merge symbol lists"));
+}
+
+TEST(SymbolPathDepth, CollisionsPerDepthAndTheSearchEnd) {
+  std::list<TPathDepthRecord> records;
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/x", "/l/b/x"})), 1);
+  EXPECT_EQ(records.size(), 1u);
+  records.clear();
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/c/x", "/l/b/c/x", "/l/b/c/y"})), 2);
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records.front().count, 1);
+  EXPECT_EQ(records.front().duplicates,
+            (std::set<std::pair<std::string, std::string>>{{"/l/a/c", "x"}, {"/l/b/c", "x"}}));
+  EXPECT_EQ(records.back().count, 0);
+  records.clear();
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/x", "/m/a/x", "/n/a/x"})), 2);
+  EXPECT_EQ(records.front().count, 2);
+  EXPECT_EQ(records.front().duplicates.size(), 3u);
+  // Without a separator "ab"+"c" and "a"+"bc" meet at every depth: the
+  // search ends at the longest directory (3 tokens).
+  records.clear();
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/ab/c", "/l/a/bc"})), 3);
+  EXPECT_EQ(records.size(), 3u);
+  EXPECT_EQ(records.back().count, 1);
+  // A relative path that is the tail of another takes all its tokens.
+  records.clear();
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"x/y/s", "/w/x/y/s"})), 3);
+  records.clear();
+  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, CSymbolList()), 1);
+  EXPECT_EQ(records.size(), 1u);
+}
+
+TEST_F(SymbolListTest, ReportShowsTheDeepestDepthFirst) {
+  fs::remove_all(comps);
+  fs::remove(config / "catalog.list");
+  for (const char* file : {"a/c/x.smbl_1", "b/c/x.smbl_1", "b/c/y.smbl_1"}) writeFile(comps / file, "");
+  fs::create_directories(tmp.path() / "log" / "reports");
+  const std::string dir = comps.string();
+  const int n = static_cast<int>(std::count(dir.begin(), dir.end(), '/'));
+  ASSERT_TRUE(NComponent::reportSymbolDuplicatesFromPathDepth("L", map, lib.string()));
+  EXPECT_EQ(readFile(tmp.path() / "log" / "reports" / "symbol_path_depth_report.txt"),
+            "Default path depth: 2\nMaximal path depth: " + std::to_string(n + 2) +
+                "\n\nPath depth: 2 - 0 duplicates found.\n\nPath depth: 1 - 1 duplicates found.\n" + dir + "/a/c\tx\n" +
+                dir + "/b/c\tx\n\n");
+  EXPECT_EQ(findSymbolMaxDirectoryLevel("L", map, lib.string()), n + 2);
+  fs::remove_all(tmp.path() / "log");
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::reportSymbolDuplicatesFromPathDepth("L", map, lib.string()));
+  EXPECT_EQ(host.texts("component", "ERROR"),
+            (std::vector<std::string>{"Reporting symbol duplicates from path depth: cannot open report file for "
+                                      "writing:" +
+                                      (tmp.path() / "log" / "reports" / "symbol_path_depth_report.txt").string()}));
+}
+
+}  // namespace

@@ -1,0 +1,205 @@
+// write_neutral_symbol_data: the tool's script and environment (through a
+// recording stand-in), and runs of the symbol tool simulator on sample
+// symbols: failures, the rejected list, reruns, exclusions, depth 0.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+using Strings = std::vector<std::string>;
+
+namespace {
+
+const std::string kComponents = std::string(VLT_SOURCE_DIR) + "/examples/components";
+
+// One list item: the path, and below it uses "<symbol>[/<postfix>]" with
+// pin maps "sk>td".
+std::string item(const std::string& path, const std::vector<std::pair<std::string, Strings>>& uses = {}) {
+  std::string text = ".SK_SYMBOL_PATH " + path + "\n";
+  if (uses.empty()) return text;
+  text += "..CATALOG cat\n...QRN_PART 1\n";
+  int comp = 0;
+  for (const auto& use : uses) {
+    const auto slash = use.first.find('/');
+    text += "....QRN_COMP C" + std::to_string(++comp) + "\n.....QRN_SYMBOL " + use.first.substr(0, slash) + "\n";
+    if (slash != std::string::npos) text += "......NAME_POSTFIX " + use.first.substr(slash + 1) + "\n";
+    for (const auto& map : use.second) {
+      const auto gt = map.find('>');
+      text +=
+          "......LOGIC_PIN_MAP \n.......SK_PIN " + map.substr(0, gt) + "\n.......TD_PIN " + map.substr(gt + 1) + "\n";
+    }
+  }
+  return text;
+}
+
+struct SymbolsNeutralTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  fs::path wdir, config, log, neutral, lists, bin, rec;
+
+  void SetUp() override {
+    wdir = tmp.path() / "wdir";
+    config = wdir / "config";
+    log = wdir / "log";
+    neutral = wdir / "neutral";
+    lists = neutral / "symbol_lists";
+    bin = tmp.path() / "bin";
+    rec = tmp.path() / "rec";
+    for (const auto& dir : {config, log / "reports", lists, bin, rec}) fs::create_directories(dir);
+    writeFile(config / "excluded_symbols.caf", "");
+    symbolData(2, {"LOGIC", "ANALOG"});
+    ASSERT_TRUE(host.start());
+    host.setWdir(wdir.string());
+    host.setLibrary(tmp.str());
+    host.setService("get qlln installation path", (tmp.path() / "qlln").string());
+    host.setService("get rig install bin", VLT_TOOLS_DIR);
+    host.clearRecords();
+  }
+  void TearDown() override {
+    unsetenv("SKSYM2TD_FAIL");
+    unsetenv("SKSYM2TD_FAIL_SYMBOLS");
+    host.release();
+  }
+
+  void symbolData(int depth, const Strings& renames) {
+    std::string text = "<rig><symbol_data><common start=\"1\" stop=\"1\" depth=\"" + std::to_string(depth) +
+                       "\"/><default/><partition_data>";
+    for (const auto& rename : renames)
+      text += "<partition name=\"" + rename + "_n\" rename=\"" + rename + "\" file=\"m.xml\" id=\"default\"/>";
+    writeFile(config / "symbol_data.xml", text + "</partition_data></symbol_data></rig>");
+  }
+
+  // A stand-in tool that records its input and QRN_ variables per run.
+  void recordingTool() {
+    const fs::path tool = bin / "sksym2td.exe";
+    writeFile(tool, "#!/bin/sh\nn=$(ls '" + rec.string() + "' | grep -c in)\ncat > '" + rec.string() +
+                        "'/$n.in\nenv | grep '^QRN_' | sort > '" + rec.string() + "'/$n.env\necho \"ran $*\"\n");
+    chmod(tool.c_str(), 0755);
+    host.setService("get rig install bin", bin.string());
+  }
+
+  fs::path neut(const std::string& container, const std::string& name, int depth = 2) {
+    return neutral / ("symbols_" + std::to_string(depth)) / container / (name + ".neut");
+  }
+};
+
+TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
+  recordingTool();
+  const std::string odd = (tmp.path() / "a b(1)" / "logic").string();
+  writeFile(
+      lists / "LOGIC.sym_list.caf",
+      item(odd + "/nand2", {{"nand2/_1", {"B>X", "A>Y", "B>Z", "C>", "D>W"}}, {"nand2", {"E>F"}}, {"nand2/_2", {}}}) +
+          item("/lib/x/sub/inv"));
+  writeFile(lists / "notes.txt", "");
+  ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
+
+  const std::string cfg = (config / "sk2td_symbols_only.cfg").string();
+  const std::string first = "\"" + neut("a b(1)_logic", "nand2").string();
+  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\nsymbol begin\nsk_symbol_path \"" +
+                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
+                                        "\"\nsymbol end\n"
+                                        "symbol begin\nsk_symbol_path \"" +
+                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
+                                        "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n"
+                                        "symbol begin\nsk_symbol_path \"" +
+                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
+                                        "_2\"\nsymbol end\nrun\nexit\n");
+  EXPECT_EQ(readFile(rec / "1.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg +
+                                        "\nsymbol begin\nsk_symbol_path /lib/x/sub/inv\ntd_symbol_neutral_path " +
+                                        neut("x_sub", "inv").string() + "\nsymbol end\nrun\nexit\n");
+  const std::string env = readFile(rec / "1.env");
+  EXPECT_NE(env.find("QRN_LOCATION_MAP=\"/maps/my map\"\n"), std::string::npos) << env;
+  EXPECT_NE(env.find("QRN_WD=" + neutral.string() + "\n"), std::string::npos) << env;
+  EXPECT_NE(env.find("QRN_HOME="), std::string::npos);
+  EXPECT_TRUE(fs::is_directory(neutral / "symbols_2" / "a b(1)_logic"));
+  EXPECT_EQ(readFile(log / "symbol_converter_initial.log"), "ran -nostart\n\nran -nostart\n\n");
+  EXPECT_TRUE(host.logged("translation", "DEBUG",
+                          "Piped process starter: creating process: 'ksh -c \"" + bin.string() +
+                              "/sksym2td.exe -nostart >> " + (log / "symbol_converter_initial.log").string() +
+                              " 2>&1\"'"));
+  EXPECT_TRUE(host.logged("translation", "INFO", "Following number of symbols found for partition LOGIC: 2"));
+}
+
+TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
+  const std::string logic = kComponents + "/digital/logic";
+  writeFile(lists / "LOGIC.sym_list.caf", item(logic + "/nand2", {{"nand2/_v", {"A>A[0:1]", "Q>R"}}}) +
+                                              item(logic + "/missing") + item(logic + "/inv") + item(logic + "/nor2") +
+                                              item(logic + "/xor2"));
+  writeFile(lists / "OTHER.sym_list.caf", item(logic + "/and2"));
+  writeFile(config / "excluded_symbols.caf", item(logic + "/nor2"));
+  writeFile(log / "rejected_symbols.caf", item("/old/sym", {{"sym", {}}}) + item(logic + "/missing"));
+  setenv("SKSYM2TD_FAIL", "exit:7", 1);
+  setenv("SKSYM2TD_FAIL_SYMBOLS", "inv", 1);
+  ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
+
+  EXPECT_EQ(readFile(neut("digital_logic", "nand2")),
+            "# neutral symbol of " + logic +
+                "/nand2.smbl_2\nSYMBOL nand2\nREFDES_VALUE U?\nUNIT_NAME INCH\n"
+                "PIN_SPACING 0.1\nBODY_PROPERTY CLASS\nBODY_PROPERTY REVISION\nPIN_PROPERTY PIN_NO\n"
+                "PIN_NAME A\nPIN_NAME B\nPIN_NAME Y\n");
+  EXPECT_NE(readFile(neut("digital_logic", "nand2").string() + "_v").find("PIN_NAME A[0:1]\nPIN_NAME B\n"),
+            std::string::npos);
+  EXPECT_FALSE(fs::exists(neut("digital_logic", "inv")));
+  EXPECT_TRUE(fs::exists(neut("digital_logic", "xor2"))) << "symbols after a failure still run";
+  EXPECT_FALSE(fs::exists(neut("digital_logic", "nor2")));
+  EXPECT_EQ(
+      host.texts("translation", "ERROR"),
+      (Strings{"Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
+                   "/missing",
+               "Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
+                   "/inv"}));
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            Strings{"Writing neutral symbol data: following symbol partition is not listed in symbol data file so "
+                    "related symbols will not be translated: OTHER"});
+  EXPECT_TRUE(host.logged(
+      "translation", "INFO",
+      "Writing neutral symbol data: following symbol will be excluded from translation: " + logic + "/nor2"));
+  const std::string rejected = item("/old/sym", {{"sym", {}}}) + item(logic + "/missing") + item(logic + "/inv");
+  EXPECT_EQ(readFile(log / "rejected_symbols.caf"), rejected);
+  const std::string toolLog = readFile(log / "symbol_converter_initial.log");
+  EXPECT_NE(toolLog.find("Warning: symbol nand2: pin_map names an unknown pin: Q\n"), std::string::npos);
+  EXPECT_NE(toolLog.find("Error: cannot read symbol " + logic + "/missing: no version found\n"), std::string::npos);
+
+  // Without overwrite only what is missing runs again, and nothing is listed twice.
+  unsetenv("SKSYM2TD_FAIL");
+  fs::remove(neut("digital_logic", "nand2").string() + "_v");
+  host.clearRecords();
+  ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
+  EXPECT_TRUE(fs::exists(neut("digital_logic", "inv")));
+  EXPECT_FALSE(fs::exists(neut("digital_logic", "nand2").string() + "_v")) << "postfix files stay missing";
+  EXPECT_TRUE(host.logged("translation", "DEBUG",
+                          "Writing neutral symbol data:  following neutral symbol file does exist and will not be "
+                          "overwritten: " +
+                              neut("digital_logic", "nand2").string()));
+  EXPECT_EQ(readFile(log / "rejected_symbols.caf"), rejected);
+  EXPECT_EQ(readFile(log / "symbol_converter_initial.log").find("nand2"), std::string::npos);
+
+  // With overwrite every symbol runs again.
+  ASSERT_TRUE(NComponent::writeNeutralSymbolData("", true));
+  EXPECT_TRUE(fs::exists(neut("digital_logic", "nand2").string() + "_v"));
+}
+
+TEST_F(SymbolsNeutralTest, DepthZeroAndMissingDirectories) {
+  symbolData(0, {"LOGIC"});
+  writeFile(lists / "LOGIC.sym_list.caf", item(kComponents + "/digital/logic/or2"));
+  ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
+  EXPECT_TRUE(fs::is_regular_file(neutral / "symbols_0" / "or2.neut"));
+
+  fs::remove_all(lists);
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::writeNeutralSymbolData("", false));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            Strings{"Writing neutral symbol data: symbol list directory does not exist: " + lists.string()});
+  host.setService("get neutral", "");
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::writeNeutralSymbolData("", false));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            Strings{"Writing neutral symbol data: cannot obtain path to the neutral directory: "});
+}
+
+}  // namespace

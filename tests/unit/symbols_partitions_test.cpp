@@ -1,0 +1,167 @@
+// The symbol road up to the partition lists: default configuration, levels,
+// partition names, renames, partitioning and use postfixes.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "components/hpp/list_registry.hpp"
+#include "components/hpp/script_functions.hpp"
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+
+namespace {
+
+struct SymbolPartitionTest : StartedHostTest {
+  fs::path lib, comps, config, lists;
+  std::string map;
+  int n = 0;  // level of the components directory
+
+  void SetUp() override {
+    StartedHostTest::SetUp();
+    lib = tmp.path() / "lib";
+    comps = lib / "comps";
+    config = tmp.path() / "config";
+    lists = tmp.path() / "neutral" / "symbol_lists";
+    fs::create_directories(config);
+    map = (tmp.path() / "map").string();
+    writeFile(map, "$L\n" + lib.string() + "\n");
+    writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  C $L/comps -qrn_component }\n");
+    for (const char* file : {"a/x/s1.smbl_1", "a/x/s1.smbl_2", "a/y/s1.smbl_1", "b/x/s1.smbl_1", "b/s.2.smbl_1"})
+      writeFile(comps / file, "");
+    host.setLibrary(lib.string());
+    const std::string dir = comps.string();
+    n = static_cast<int>(std::count(dir.begin(), dir.end(), '/'));
+  }
+  bool partition() { return NComponent::partitionSymbolList("L", map, lib.string()); }
+  std::string list(const std::string& rename) { return readFile(lists / (rename + ".sym_list.caf")); }
+  std::string item(const std::string& path) { return ".SK_SYMBOL_PATH " + (comps / path).string() + "\n"; }
+};
+
+TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectory) {
+  ASSERT_TRUE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
+  int start = -1, stop = -1, depth = -1;
+  ASSERT_TRUE(NComponent::getSymbolPathLevels(start, stop, depth));
+  EXPECT_EQ(std::vector<int>({start, stop, depth}), std::vector<int>({n, n, 2}));  // x/s1 collides at depth 1
+  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 1, 2));
+  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  const std::string rid = NComponent::getSymbolPartitionList();
+  EXPECT_EQ(*NComponent::find2D(rid), (NComponent::TList2D{{"a", "a"}, {"b", "b"}}));
+
+  // Two names on one rename share one list file.
+  NComponent::find2D(rid)->assign({{" a ", "AB"}, {"b", " AB"}, {"", "dropped"}});
+  ASSERT_TRUE(NComponent::saveSymbolPartitionList(rid));
+  host.clearRecords();
+  ASSERT_TRUE(partition());
+  EXPECT_EQ(host.lines("translation"),
+            (std::vector<std::string>{
+                "DEBUG Saving symbols partition list:", "DEBUG Building list of all symbols",
+                "DEBUG Obtaining components data: " + lib.string() + "/vlt_library_definition.library_definition",
+                "DEBUG Building list of all symbols in symbol root: " + comps.string()}));
+  EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AB\nAB\n");
+  EXPECT_EQ(list("AB"), item("a/x/s1") + item("a/y/s1") + item("b/s.2") + item("b/x/s1"));
+  EXPECT_EQ(readFile(config / "symbol_partitions.caf"), "a_x_s1 AB\na_y_s1 AB\nb_x_s1 AB\ncomps_b_s.2 AB\n");
+
+  // keepExisting keeps the rename; without it the names come back.
+  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), true));
+  EXPECT_EQ(*NComponent::find2D(NComponent::getSymbolPartitionList()), (NComponent::TList2D{{"a", "AB"}, {"b", "AB"}}));
+  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  EXPECT_EQ(*NComponent::find2D(NComponent::getSymbolPartitionList()), (NComponent::TList2D{{"a", "a"}, {"b", "b"}}));
+}
+
+TEST_F(SymbolPartitionTest, OutOfRangeLevelWritesTheListsSoFarButNoKeyTable) {
+  ASSERT_TRUE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
+  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 1, 1));
+  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  // b/s.2 lies one level higher than the others: at n + 2 only it is short.
+  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 2, 1));
+  EXPECT_FALSE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  EXPECT_TRUE(
+      host.logged("translation", "ERROR",
+                  "Saving symbols partition file: cannot create partition names from symbols cfg files and data."));
+  writeFile(config / "symbol_data.xml",
+            "<rig><symbol_data><common start=\"" + std::to_string(n + 1) + "\" stop=\"" + std::to_string(n + 2) +
+                "\" depth=\"1\"/><default/><partition_data><partition name=\"a_x\" rename=\"AX\"/>"
+                "<partition name=\"a\" rename=\"gone\"/></partition_data></symbol_data></rig>");
+  host.clearRecords();
+  EXPECT_FALSE(partition());
+  EXPECT_EQ(host.texts("component", "ERROR"),
+            (std::vector<std::string>{"Saving symbols partition file: following symbol partition does not exist in "
+                                      "symbol partition list file: a_y",
+                                      "Saving symbols partition file: partition start/stop depths do not match "
+                                      "current comps directory depth."}));
+  EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AX\ngone\n");
+  EXPECT_EQ(list("AX"), item("a/x/s1"));
+  EXPECT_FALSE(fs::exists(config / "symbol_partitions.caf"));
+}
+
+TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
+  writeFile(config / "symbol_data.xml",
+            "<rig><symbol_data><common start=\"1\" stop=\"1\" depth=\"1\"/><default/><partition_data>"
+            "<partition name=\"p\" rename=\"P\"/><partition name=\"q\" rename=\"Q\"/></partition_data>"
+            "</symbol_data></rig>");
+  const std::string use = "..CATALOG c\n...QRN_PART P1\n....QRN_COMP C\n.....QRN_SYMBOL s\n";
+  writeFile(lists / "P.sym_list.caf",
+            ".SK_SYMBOL_PATH /l/d.v/s\n" + use + ".....QRN_SYMBOL s2\n...QRN_PART P2\n....QRN_COMP C\n" +
+                ".....QRN_SYMBOL s\n.SK_SYMBOL_PATH /l/d.v/s_1\n.SK_SYMBOL_PATH /l/e/plain\n");
+  writeFile(lists / "Q.sym_list.caf", ".SK_SYMBOL_PATH /m/d.v/s\n" + use);
+  writeFile(lists / "Stale.sym_list.caf", "..broken\n");
+  writeFile(lists / "Q.sym_list.caf.bak", "x");
+  ASSERT_TRUE(NComponent::updatePartitionedSymbolLists());
+  // "d_v_s_1" is the key of the item s_1, so the first use takes _2.
+  const std::string p =
+      ".SK_SYMBOL_PATH /l/d.v/s\n..CATALOG c\n...QRN_PART P1\n....QRN_COMP C\n"
+      ".....QRN_SYMBOL s\n......NAME_POSTFIX _2\n.....QRN_SYMBOL s2\n......NAME_POSTFIX _3\n"
+      "...QRN_PART P2\n....QRN_COMP C\n.....QRN_SYMBOL s\n......NAME_POSTFIX _4\n"
+      ".SK_SYMBOL_PATH /l/d.v/s_1\n.SK_SYMBOL_PATH /l/e/plain\n";
+  EXPECT_EQ(list("P"), p);
+  EXPECT_EQ(list("Q"), ".SK_SYMBOL_PATH /m/d.v/s\n" + use + "......NAME_POSTFIX _1\n");
+  EXPECT_EQ(list("Stale"), "..broken\n");
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            (std::vector<std::string>{"Updating partitioned symbol lists: following symbol partition is not listed in "
+                                      "symbol data file so related symbols will not be translated: Stale"}));
+  ASSERT_TRUE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_EQ(list("P"), p);
+
+  fs::remove_all(lists);
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_EQ(host.lines("component"),
+            (std::vector<std::string>{
+                "INFO Updating partitioned symbol lists.",
+                "ERROR Updating partitioned symbol lists: symbol list directory does not exist: " + lists.string()}));
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
+  const std::string file = (config / "symbol_data.xml").string();
+  EXPECT_FALSE(partition());
+  EXPECT_EQ(NComponent::getSymbolPartitionList(), "");
+  EXPECT_FALSE(NComponent::saveSymbolPartitionList(NComponent::new2DList()));
+  EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{"Loading symbols configuration file: symbol data file does not exist: " + file,
+                                      "Obtaining symbol partition list: cannot parse file: " + file,
+                                      "Obtaining symbol partition list: cannot parse file: " + file,
+                                      "Loading symbols configuration file: symbol data file does not exist: " + file}));
+  EXPECT_FALSE(fs::exists(config / "sym_partitions.caf"));
+
+  writeFile(file, "<rig><symbol_data><common start=\"1\" stop=\"x\"/></symbol_data></rig>");
+  host.clearRecords();
+  int start = -1, stop = -1, depth = -1;
+  EXPECT_FALSE(NComponent::getSymbolPathLevels(start, stop, depth));
+  EXPECT_EQ(start, 1);
+  EXPECT_FALSE(NComponent::setSymbolPathLevels(0, 0, 0) && NComponent::setSymbolPathLevels(0, -1, 0));
+  EXPECT_EQ(
+      host.texts("component", "ERROR"),
+      (std::vector<std::string>{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
+                                "Setting symbol path levels: all levels should be positive numbers."}));
+  EXPECT_NE(readFile(file).find("start=\"0\" stop=\"0\" depth=\"0\""), std::string::npos);
+}
+
+}  // namespace
