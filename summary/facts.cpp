@@ -63,8 +63,8 @@ std::vector<std::string> symbolPaths(const fs::path& file) {
   return paths;
 }
 
-// Lines of a part list file: "catalog part number", comments skipped; the
-// comment just above an entry is its reason.
+// Lines of a part list file: "catalog part number"; the comment just above
+// an entry is its reason, as the tools write it.
 std::vector<TRejected> partList(const fs::path& file) {
   std::vector<TRejected> parts;
   std::string reason;
@@ -72,9 +72,7 @@ std::vector<TRejected> partList(const fs::path& file) {
     std::string line = trimmed(raw);
     if (line.empty()) continue;
     if (line.rfind("//", 0) == 0) {
-      reason = trimmed(line.substr(2));
-      const std::string tool = "rejected by tbl2flat: ";
-      if (reason.rfind(tool, 0) == 0) reason = reason.substr(tool.size());
+      reason = trimmed(line.substr(2));  // "rejected by <tool>: <reason>"
       continue;
     }
     size_t blank = line.find_first_of(" \t");

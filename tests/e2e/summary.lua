@@ -21,7 +21,7 @@ t.eq(json:match('"counts":(%b{})'),
      '"symbol partitions":2,"parts database partitions":1,"cell partitions":0,"parts databases imported":1,' ..
      '"report findings":1}', "counts")
 for _, piece in ipairs({
-  '"rejected_parts":[{"part":"digital 7","reason":"no CONTAINER"}]',
+  '"rejected_parts":[{"part":"digital 7","reason":"rejected by tbl2flat: no CONTAINER"}]',
   '"rejected_symbols":[{"symbol":"' .. lib .. '/digital/logic/inv","reason":"Error: cannot place pin Y of ' .. lib ..
     '/digital/logic/inv: off grid"}]',
   '{"report":"verify_catalogs.txt","section":"Problems related due to absence of neutral catalog data files",' ..

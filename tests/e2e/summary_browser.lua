@@ -34,7 +34,7 @@ assert(dom:find('<tr data-count="symbols converted" class=""><td>symbols convert
        "counts on the page:\n" .. dom)
 assert(dom:find('<tr data-count="parts rejected" class="bad"><td>parts rejected</td><td class="n">1</td></tr>', 1, true),
        "rejected count")
-assert(dom:find("<td>digital 7</td><td>no CONTAINER</td>", 1, true), "rejected part")
+assert(dom:find("<td>digital 7</td><td>rejected by tbl2flat: no CONTAINER</td>", 1, true), "rejected part")
 -- The target picture of nand2: its body and its three pins with names and numbers.
 local svg = dom:match('<svg class="sym" data%-name="logic_nand2" data%-role="target".-</svg>')
 assert(svg, "no picture of logic_nand2:\n" .. dom)
