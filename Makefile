@@ -12,7 +12,7 @@ setup:
 	@scripts/setup-deps
 
 build: setup
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVLT_WERROR=OFF > /dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
 demo: build

@@ -16,6 +16,7 @@ TEST(ReleasedComponentTest, EveryHandlerRefusesWithoutAWord) {
   host.setWdir(tmp.str());
   host.setLibrary(tmp.str());
   const std::string rid1 = new1DList(), rid2 = new2DList();
+  addItemTo1DList(rid1, "kept");
   EXPECT_FALSE(host.params.releaseComponent());
   EXPECT_FALSE(gComponent);
   host.clearRecords();
@@ -50,13 +51,14 @@ TEST(ReleasedComponentTest, EveryHandlerRefusesWithoutAWord) {
   EXPECT_TRUE(host.lines().empty());
   EXPECT_FALSE(boost::filesystem::exists(tmp.path() / "w"));
 
-  // The lists outlive the component and were left as they were.
-  EXPECT_EQ(get1DListSize(rid1), 0);
+  // The lists outlive the component, as they were, also when it starts again.
+  EXPECT_EQ(get1DListItem(rid1, 0), "kept");
   EXPECT_EQ(get2DListSize(rid2), 0);
+  ASSERT_TRUE(host.start());
+  EXPECT_TRUE(gComponent);
+  EXPECT_EQ(get1DListSize(rid1), 1);
   removeList(rid1);
   removeList(rid2);
   EXPECT_EQ(get1DListSize(rid1), -1);
-  ASSERT_TRUE(host.start());  // and the component starts again
-  EXPECT_TRUE(gComponent);
   host.release();
 }
