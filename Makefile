@@ -18,8 +18,12 @@ build: setup
 demo: build
 	@scripts/run-demo $(BUILD)
 
-test: build
+# The test build treats every warning as an error.
+test: setup
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVLT_WERROR=ON > /dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	@scripts/test-share
 
 bench: build
 	@scripts/run-bench $(BUILD)

@@ -10,8 +10,8 @@ void logAt(const log4cxx::LoggerPtr& logger, const log4cxx::LevelPtr& level, con
 
 void Log4Cxx::operator()(int level, const std::string& message) {
   const log4cxx::LevelPtr lvl = toLevel(level);
-  logAt(mFirst, lvl, message);
-  logAt(mSecond, lvl, message);
+  logAt(mSinks.translation, lvl, message);
+  logAt(mSinks.component, lvl, message);
 }
 
 log4cxx::LevelPtr Log4Cxx::toLevel(int level) {

@@ -38,8 +38,7 @@ class ILogger {
 // ILogger on the two sinks of a script call.
 class Log4Cxx : public ILogger {
  public:
-  Log4Cxx(log4cxx::LoggerPtr first, log4cxx::LoggerPtr second) : mFirst(std::move(first)), mSecond(std::move(second)) {}
-  explicit Log4Cxx(const TSinks& sinks) : Log4Cxx(sinks.translation, sinks.component) {}
+  explicit Log4Cxx(TSinks sinks) : mSinks(std::move(sinks)) {}
 
   void operator()(int level, const std::string& message) override;
 
@@ -47,8 +46,7 @@ class Log4Cxx : public ILogger {
   static log4cxx::LevelPtr toLevel(int level);
 
  private:
-  log4cxx::LoggerPtr mFirst;
-  log4cxx::LoggerPtr mSecond;
+  TSinks mSinks;
 };
 
 }  // namespace log4rig

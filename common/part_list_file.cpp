@@ -2,10 +2,11 @@
 
 #include <fstream>
 
+#include "common/text_helpers.hpp"
+
 namespace rig_common {
 
 namespace {
-inline bool isLineBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 // [begin, end) of `text` without blanks at both ends.
 void trimRange(const std::string& text, size_t& begin, size_t& end) {

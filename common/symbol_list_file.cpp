@@ -64,16 +64,23 @@ bool CSymbolListFileWriter::add(const std::string& directory, const std::string&
   return impl().add(directory, name);
 }
 
+bool CSymbolListFileWriter::close() { return impl().close(); }
+
 // ---------------------------------------------------------------- CImpl
 
 CSymbolListFileHandler::CImpl::CImpl(ILogger* logger) : list(logger), logger(logger) {}
 
-CSymbolListFileHandler::CImpl::~CImpl() {
+CSymbolListFileHandler::CImpl::~CImpl() { close(); }
+
+bool CSymbolListFileHandler::CImpl::close() {
+  bool written = false;
   try {
-    write();
+    written = write();
   } catch (const std::exception&) {
     report(logger, "Problem found during writing to the following symbol list file: " + fileName);
   }
+  fileName.clear();
+  return written;
 }
 
 bool CSymbolListFileHandler::CImpl::parse(std::istream& stream) {
@@ -127,21 +134,23 @@ bool CSymbolListFileHandler::CImpl::add(const std::string& directory, const std:
   return true;
 }
 
-void CSymbolListFileHandler::CImpl::write() {
-  if (fileName.empty()) return;
+bool CSymbolListFileHandler::CImpl::write() {
+  if (fileName.empty()) return true;
   std::vector<char> buffer(kBufferSize);
   std::ofstream stream;
   stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
   stream.open(fileName, openMode);
   if (!stream.is_open()) {
     report(logger, "Cannot open the following symbol list file for writing: " + fileName);
-    return;
+    return false;
   }
   for (const auto& item : list)
     if (item.root) writeTLX(stream, *item.root);
   stream.close();
-  if (stream.fail()) report(logger, "Problem found during writing to the following symbol list file: " + fileName);
+  const bool written = !stream.fail();
+  if (!written) report(logger, "Problem found during writing to the following symbol list file: " + fileName);
   list.clear();
+  return written;
 }
 
 }  // namespace symbol

@@ -5,12 +5,12 @@
 //   rig_common::CSymbolListFileReader reader(&logger);
 //   if (reader.read("cat.sym_list.caf")) for (auto& item : reader.list()) ...
 //
-// A writer writes its list when it is destroyed, and only then:
-//   {
-//     rig_common::CSymbolListFileWriter writer(&logger);
-//     writer.open("cat.sym_list.caf", true);   // true: start from the file's items
-//     writer.list().add(item);
-//   }                                          // the file is written here
+// A writer writes its list when it is closed; one that nobody closed writes
+// when it is destroyed:
+//   rig_common::CSymbolListFileWriter writer(&logger);
+//   writer.open("cat.sym_list.caf", true);   // true: start from the file's items
+//   writer.list().add(item);
+//   if (!writer.close()) ...                 // the file is written here
 //
 // Byte format: per node, depth first, `level` full stops, the keyword, one
 // blank, then the values; one value: the value and a line end; no value: the
@@ -59,7 +59,7 @@ class CSymbolListFileHandler {
 class CSymbolListFileHandler::CImpl {
  public:
   explicit CImpl(ILogger* logger);
-  // Writes `list` to `fileName` when a writer was opened; see open().
+  // Writes `list` to `fileName` when a writer was opened and not closed.
   virtual ~CImpl();
   CImpl(const CImpl&) = delete;
   CImpl& operator=(const CImpl&) = delete;
@@ -74,6 +74,9 @@ class CSymbolListFileHandler::CImpl {
   bool open(const std::string& name, bool readExisting);
   // add() of a new item "<directory>/<name>"; always true.
   bool add(const std::string& directory, const std::string& name);
+  // Writes the list now (when opened) and closes the writer; false, after
+  // an error message, when the file could not be written.
+  bool close();
 
   CSymbolList list;
   std::string fileName;
@@ -82,7 +85,7 @@ class CSymbolListFileHandler::CImpl {
 
  private:
   bool parse(std::istream& stream);
-  void write();
+  bool write();
 };
 
 class CSymbolListFileReader : public CSymbolListFileHandler {
@@ -96,6 +99,7 @@ class CSymbolListFileWriter : public CSymbolListFileHandler {
   explicit CSymbolListFileWriter(ILogger* logger = nullptr) : CSymbolListFileHandler(logger) {}
   bool open(const std::string& fileName, bool readExisting = false);
   bool add(const std::string& directory, const std::string& name);
+  bool close();
 };
 
 }  // namespace symbol

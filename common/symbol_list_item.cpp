@@ -2,14 +2,16 @@
 
 #include <algorithm>
 
+#include "common/keywords.hpp"
+
 namespace rig_common {
 namespace symbol {
 
 const char* const kSymbolPath = "SK_SYMBOL_PATH";
 const char* const kCatalog = "CATALOG";
-const char* const kPart = "QRN_PART";
-const char* const kComp = "QRN_COMP";
-const char* const kSymbol = "QRN_SYMBOL";
+const char* const kPart = keyword::kQrnPart;
+const char* const kComp = keyword::kQrnComp;
+const char* const kSymbol = keyword::kQrnSymbol;
 const char* const kNamePostfix = "NAME_POSTFIX";
 const char* const kPinMap = "LOGIC_PIN_MAP";
 const char* const kSourcePin = "SK_PIN";

@@ -1,5 +1,6 @@
 #include "common/text_helpers.hpp"
 
+#include <cctype>
 #include <locale>
 
 namespace rig_common {
@@ -28,6 +29,13 @@ std::string removeQuotes(const std::string& text) {
   while (begin < end && isQuote(text[begin])) ++begin;
   while (end > begin && isQuote(text[end - 1])) --end;
   return text.substr(begin, end - begin);
+}
+
+bool sameNameIgnoringCase(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
+  return true;
 }
 
 }  // namespace rig_common

@@ -190,10 +190,10 @@ TEST_F(ConfigFilesTest, LevelsAreWholeNumbersAndSettingOneMakesCommon) {
   const std::vector<std::pair<std::string, int>> cases = {
       {"1x", -1}, {"", -1}, {" 1", -1}, {"99999999999999999999", -1}, {"-3", -3}, {"007", 7}};
   for (const auto& c : cases) {
+    SCOPED_TRACE("'" + c.first + "'");
     for (const char* name : {"start", "stop", "depth"}) data.setCommon(name, c.first);
     EXPECT_EQ(std::make_tuple(data.getStart(), data.getStop(), data.getDepth()),
-              std::make_tuple(c.second, c.second, c.second))
-        << "'" << c.first << "'";
+              std::make_tuple(c.second, c.second, c.second));
   }
   EXPECT_EQ(data.getCommon("nothing"), "");
   EXPECT_TRUE(host.records().empty()) << "a missing attribute is not logged";

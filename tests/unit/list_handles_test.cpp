@@ -83,16 +83,6 @@ TEST_F(ListTest, UnknownRidMessages) {
   EXPECT_EQ(host.texts("component", "ERROR").size(), 4u);
 }
 
-TEST_F(ListTest, ListsSurviveRelease) {
-  std::string rid = NComponent::new1DList();
-  NComponent::addItemTo1DList(rid, "kept");
-  host.release();
-  EXPECT_EQ(get1DListItem(rid, 0), "kept");
-  ASSERT_TRUE(host.start());
-  EXPECT_EQ(get1DListSize(rid), 1);
-  removeList(rid);
-}
-
 TEST_F(ListTest, AddingWithoutWdirDoesNothingBeyondThePrologue) {
   std::string rid = NComponent::new2DList();
   NComponent::addRowTo2DList(rid);

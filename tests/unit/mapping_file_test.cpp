@@ -80,9 +80,10 @@ TEST_F(MappingFileTest, OddLinesAndTheirWarnings) {
       {"# header\nSYMBOL s 1\nPIN A 1 # comment\nPIN B 2,3 S#1\nnonsense # here\nPIN C 4 X\n", {"s 1   : C 4 X |"}, {}},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(read(c.text), c.symbols) << c.text;
-    EXPECT_EQ(warnings(), c.warnings) << c.text;
-    EXPECT_EQ(host.texts("component", "WARN"), c.warnings) << c.text;
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(read(c.text), c.symbols);
+    EXPECT_EQ(warnings(), c.warnings);
+    EXPECT_EQ(host.texts("component", "WARN"), c.warnings);
   }
 }
 

@@ -172,8 +172,9 @@ TEST_F(RunProgramTest, ExitCodesOfProgramsSignalsAndShells) {
       {"cmd /c " + toWindowsPath(tmp.path() / "libforge.exe") + " -CreateSeed > " + toWindowsPath(log) + " 2>>&1",
        9009}};
   for (const auto& c : cases) {
-    ASSERT_TRUE(start(c.first)) << c.first;
-    EXPECT_EQ(run->exitCode(), c.second) << c.first;
+    SCOPED_TRACE(c.first);
+    ASSERT_TRUE(start(c.first));
+    EXPECT_EQ(run->exitCode(), c.second);
   }
   EXPECT_FALSE(fs::exists(tmp.path() / "none"));
   EXPECT_EQ(fileLines(log), (TLines{"'" + (tmp.path() / "libforge.exe").string() +

@@ -118,21 +118,37 @@ TEST_F(ListFileTest, DamagedOrUnwritableFilesAreReportedAndKept) {
     writer.add("l", "t");
   }
   EXPECT_EQ(readFile(file("d.caf")), "stray\n.SK_SYMBOL_PATH l/s\n");
+  // A failed write is the result of close(), or only a message when the
+  // writer goes unclosed; a closed writer does not write again.
   const std::string name = file("no/such/dir/x.caf");
   {
     CSymbolListFileWriter writer(&log);
     ASSERT_TRUE(writer.open(name));
     writer.add("a", "b");
+    EXPECT_FALSE(writer.close());
   }
+  {
+    CSymbolListFileWriter writer(&log);
+    ASSERT_TRUE(writer.open(name));
+  }
+  {
+    CSymbolListFileWriter writer(&log);
+    ASSERT_TRUE(writer.open(file("c.caf")));
+    writer.add("a", "b");
+    EXPECT_TRUE(writer.close());
+    boost::filesystem::remove(file("c.caf"));
+  }
+  EXPECT_FALSE(boost::filesystem::exists(file("c.caf")));
   EXPECT_EQ(log.messages, (std::vector<std::string>{
                               "5 Inconsistency found (argument without keyword) at line: 1",
                               "5 Problem found during reading from the following symbol list file: ",
                               "5 Cannot open the following symbol list file for writing: " + name,
+                              "5 Cannot open the following symbol list file for writing: " + name,
                           }));
 }
 
-// Writers write when they go, also when moved into a map.
-TEST_F(ListFileTest, WritersWriteAtDestructionOnly) {
+// Unclosed writers write when they go, also when moved into a map.
+TEST_F(ListFileTest, UnclosedWritersWriteAtDestructionOnly) {
   {
     std::map<std::string, CSymbolListFileWriter> writers;
     for (const char* part : {"p1", "p2"}) {

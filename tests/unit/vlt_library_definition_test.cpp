@@ -135,9 +135,10 @@ TEST_F(DefinitionTest, OddFiles) {
       {"released \"A\" {\n  X x\nreleased \"B\" {\n  -lost\n  Y y -kept }\n", {"released B: Y y [kept;]"}, {}},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
     host.clearRecords();
-    EXPECT_EQ(describe(parse(c.text)), c.libraries) << c.text;
-    EXPECT_EQ(warnings(), c.warnings) << c.text;
+    EXPECT_EQ(describe(parse(c.text)), c.libraries);
+    EXPECT_EQ(warnings(), c.warnings);
   }
 }
 

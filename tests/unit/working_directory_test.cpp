@@ -72,9 +72,10 @@ TEST(ValueVltProperty, TakesTheFirstFreeNumberBeforeTheFirstGreaterPropertyLine)
       {{"*UNITS INCH\r", textProp(300, "x") + "\r"}, 221, {"*UNITS INCH\r", v221, textProp(300, "x") + "\r"}},
       {{}, 221, {v221}}};
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.out.back());
     auto placed = insertValueVltProperty(c.in);
-    EXPECT_EQ(placed.number, c.number) << c.out.back();
-    EXPECT_EQ(placed.lines, c.out) << c.out.back();
+    EXPECT_EQ(placed.number, c.number);
+    EXPECT_EQ(placed.lines, c.out);
     EXPECT_EQ(placed.invalid, c.number == 222 ? TLines{bad} : TLines{});
   }
 }

@@ -80,12 +80,10 @@ bool writePropertyList(const std::string& file, const tbl2flat::TTranslation& re
 
 bool writeSymbolList(const std::string& file, tbl2flat::TTranslation& result) {
   CErrorLines errors;
-  {
-    rig_common::CSymbolListFileWriter writer(&errors);
-    writer.open(file, false);
-    writer.list() = std::move(result.symbols);
-  }  // the writer writes here
-  return !errors.failed;
+  rig_common::CSymbolListFileWriter writer(&errors);
+  writer.open(file, false);
+  writer.list() = std::move(result.symbols);
+  return writer.close() && !errors.failed;
 }
 
 // Two lines per part: a "//" comment with the reason, then "<catalog> <part>",

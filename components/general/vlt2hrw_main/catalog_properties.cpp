@@ -21,6 +21,12 @@ using NComponent::NConfig::NCatalog::TCatalogProperty;
 namespace NComponent {
 
 namespace {
+// The texts the messages of each script function start with.
+const std::string kUpdatePrefix = "Updating catalog property mapping: ";
+const std::string kSavePrefix = "Saving catalog property list: ";
+}  // namespace
+
+namespace {
 
 const char kDataMapping[] = "catalog_data_mapping.xml";
 
@@ -50,17 +56,14 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   if (!call.ok()) return false;
   RIG_LOG(call, Debug, "Updating catalog property mapping.");
   fs::path configDir, logDir, neutralDir;
-  if (!NCatalog::configDirectory(
-          call, configDir, "Updating catalog property mapping: cannot obtain path to the configuration directory.") ||
-      !NCatalog::logDirectory(call, logDir,
-                              "Updating catalog property mapping: cannot obtain path to the log directory.") ||
-      !NCatalog::neutralDirectory(call, neutralDir,
-                                  "Updating catalog property mapping: cannot obtain path to the neutral directory: "))
+  if (!NCatalog::configDirectory(call, configDir,
+                                 kUpdatePrefix + "cannot obtain path to the configuration directory.") ||
+      !NCatalog::logDirectory(call, logDir, kUpdatePrefix + "cannot obtain path to the log directory.") ||
+      !NCatalog::neutralDirectory(call, neutralDir, kUpdatePrefix + "cannot obtain path to the neutral directory: "))
     return false;
   const fs::path catalogsDir = neutralDir / "catalogs";
   if (!fs::is_directory(catalogsDir)) {
-    RIG_LOG(call, Error,
-            "Updating catalog property mapping: neutral catalogs directory does not exist:" << catalogsDir.string());
+    RIG_LOG(call, Error, kUpdatePrefix + "neutral catalogs directory does not exist:" << catalogsDir.string());
     return false;
   }
 
@@ -69,10 +72,10 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   for (fs::directory_iterator it(catalogsDir), end; it != end; ++it) {
     if (!boost::regex_match(it->path().filename().string(), propertyList)) continue;
     const std::string file = it->path().string();
-    RIG_LOG(call, Debug, "Updating catalog property mapping: reading property list file:" << file);
+    RIG_LOG(call, Debug, kUpdatePrefix + "reading property list file:" << file);
     std::vector<std::string> lines;
     if (!rig_common::readTextLines(it->path(), lines)) {
-      RIG_LOG(call, Error, "Updating catalog property mapping: cannot read property list file: " << file);
+      RIG_LOG(call, Error, kUpdatePrefix + "cannot read property list file: " << file);
       continue;
     }
     for (const std::string& line : lines) table.emplace(rig_common::trim(line), std::string());
@@ -83,8 +86,7 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   if (fs::is_regular_file(mappingFile)) {
     if (!mapping.parse(mappingFile)) {
       RIG_LOG(call, Error,
-              "Updating catalog property mapping: problems found during parsing catalog data mapping file: "
-                  << mappingFile.string());
+              kUpdatePrefix + "problems found during parsing catalog data mapping file: " << mappingFile.string());
       return false;
     }
   } else {
@@ -103,8 +105,7 @@ bool updateCatalogPropMapping(const std::string& ignored) {
   CCatalogDataMapping result(call.translation());
   fillDocument(result, table);
   if (!result.write(mappingFile)) {
-    RIG_LOG(call, Error,
-            "Updating catalog property mapping: cannot write catalog data mapping file: " << mappingFile.string());
+    RIG_LOG(call, Error, kUpdatePrefix + "cannot write catalog data mapping file: " << mappingFile.string());
     return false;
   }
   return true;
@@ -140,8 +141,7 @@ bool saveCatalogPropertyList(const std::string& rid) {
   if (!call.ok()) return false;
   RIG_LOG(call, Debug, "Saving catalog property list.");
   fs::path configDir;
-  if (!NCatalog::configDirectory(call, configDir,
-                                 "Saving catalog property list: cannot obtain path to the configuration directory."))
+  if (!NCatalog::configDirectory(call, configDir, kSavePrefix + "cannot obtain path to the configuration directory."))
     return false;
   TPropertyTable table;
   if (const TList2D* list = find2D(rid)) {
@@ -156,8 +156,7 @@ bool saveCatalogPropertyList(const std::string& rid) {
   CCatalogDataMapping mapping(call.translation());
   fillDocument(mapping, table);
   if (!mapping.write(mappingFile)) {
-    RIG_LOG(call, Error,
-            "Saving catalog property list: cannot write catalog data mapping file: " << mappingFile.string());
+    RIG_LOG(call, Error, kSavePrefix + "cannot write catalog data mapping file: " << mappingFile.string());
     return false;
   }
   return true;

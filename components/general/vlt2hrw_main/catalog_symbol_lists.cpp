@@ -160,6 +160,7 @@ bool updateCatalogSymbolLists(const std::string& libraryName, const std::string&
       }
       updatePart(call, &logger, writer.list(), catalog, entry.first, entry.second);
     }
+    writer.close();  // a failed write is reported and the next catalog goes on
   }
   return true;
 }

@@ -14,6 +14,11 @@ namespace fs = boost::filesystem;
 namespace NComponent {
 
 namespace {
+// The text every message of the script function starts with.
+const std::string kSaveListPrefix = "Saving catalog list to file: ";
+}  // namespace
+
+namespace {
 const char* flag(bool on) { return on ? "1" : "0"; }
 }  // namespace
 
@@ -49,17 +54,17 @@ bool saveCatalogList(const std::string& rid) {
   RIG_LOG(call, Debug, "Saving catalog list.");
   fs::path configDir;
   if (!NCatalog::configDirectory(call, configDir,
-                                 "Saving catalog list to file: cannot obtain path to the configuration directory."))
+                                 kSaveListPrefix + "cannot obtain path to the configuration directory."))
     return false;
   const TList1D* list = find1D(rid);
   if (list == nullptr) {
-    RIG_LOG(call, Error, "Saving catalog list to file: unknown RID.");
+    RIG_LOG(call, Error, kSaveListPrefix + "unknown RID.");
     return false;
   }
   const fs::path file = configDir / "catalog.list";
   std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
   if (!out) {
-    RIG_LOG(call, Error, "Saving catalog list to file: cannot open file for writing: " << file.string());
+    RIG_LOG(call, Error, kSaveListPrefix + "cannot open file for writing: " << file.string());
     return false;
   }
   for (const std::string& catalog : *list) out << catalog << '\n';

@@ -15,6 +15,11 @@ namespace fs = boost::filesystem;
 namespace NComponent {
 
 namespace {
+// The text every message of the script function starts with.
+const std::string kPrefix = "Saving catalogs to neutral format: ";
+}  // namespace
+
+namespace {
 
 struct TCatalogRun {
   fs::path tool, catalogDir, catalogsDir, configDir, logDir;
@@ -59,12 +64,9 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
   const bool swap = call.services().getParameter("catalog use PART_NO") == "1";
 
   fs::path configDir, logDir, neutralDir;
-  if (!NCatalog::configDirectory(
-          call, configDir, "Saving catalogs to neutral format: cannot obtain path to the configuration directory.") ||
-      !NCatalog::logDirectory(call, logDir,
-                              "Saving catalogs to neutral format: cannot obtain path to the log directory.") ||
-      !NCatalog::neutralDirectory(call, neutralDir,
-                                  "Saving catalogs to neutral format: cannot obtain path to the neutral directory: "))
+  if (!NCatalog::configDirectory(call, configDir, kPrefix + "cannot obtain path to the configuration directory.") ||
+      !NCatalog::logDirectory(call, logDir, kPrefix + "cannot obtain path to the log directory.") ||
+      !NCatalog::neutralDirectory(call, neutralDir, kPrefix + "cannot obtain path to the neutral directory: "))
     return false;
   const fs::path catalogsDir = neutralDir / "catalogs";
   if (!fs::is_directory(catalogsDir)) {
@@ -81,7 +83,7 @@ bool saveCatalogs(const std::string& libraryName, const std::string& locationMap
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
   if (!NCatalog::readCatalogList(listFile, catalogs)) {
-    RIG_LOG(call, Error, "Saving catalogs to neutral format: cannot read catalog list file: " << listFile.string());
+    RIG_LOG(call, Error, kPrefix + "cannot read catalog list file: " << listFile.string());
     return false;
   }
   const fs::path toolLog = logDir / "tbl2flat.log";

@@ -13,6 +13,11 @@ namespace fs = boost::filesystem;
 namespace NComponent {
 
 namespace {
+// The text every message of the script function starts with.
+const std::string kPrefix = "Verifying catalog data: ";
+}  // namespace
+
+namespace {
 
 const char kRule[] = "-------------------------------------------------------------------------------";
 
@@ -25,18 +30,16 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   if (!call.ok()) return false;
   RIG_LOG(call, Debug, "Verifying catalog data.");
   fs::path configDir, logDir, neutralDir;
-  if (!NCatalog::configDirectory(call, configDir,
-                                 "Verifying catalog data: cannot obtain path to the configuration directory.") ||
-      !NCatalog::logDirectory(call, logDir, "Verifying catalog data: cannot obtain path to the log directory.") ||
-      !NCatalog::neutralDirectory(call, neutralDir,
-                                  "Verifying catalog data: cannot obtain path to the neutral directory."))
+  if (!NCatalog::configDirectory(call, configDir, kPrefix + "cannot obtain path to the configuration directory.") ||
+      !NCatalog::logDirectory(call, logDir, kPrefix + "cannot obtain path to the log directory.") ||
+      !NCatalog::neutralDirectory(call, neutralDir, kPrefix + "cannot obtain path to the neutral directory."))
     return false;
   const fs::path catalogsDir = neutralDir / "catalogs";
 
   const fs::path reportFile = logDir / "reports" / "verify_catalogs.txt";
   std::ofstream report(reportFile.string(), std::ios::binary | std::ios::trunc);
   if (!report) {
-    RIG_LOG(call, Error, "Verifying catalog data: cannot open report file for writing: " << reportFile.string());
+    RIG_LOG(call, Error, kPrefix + "cannot open report file for writing: " << reportFile.string());
     return false;
   }
   if (!fs::is_directory(NVlt2HrwHelpers::getCatalogDir(call, libraryName, locationMapFile, libraryDir))) return false;
@@ -44,7 +47,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path listFile = configDir / "catalog.list";
   std::vector<std::string> catalogs;
   if (!NCatalog::readCatalogList(listFile, catalogs)) {
-    RIG_LOG(call, Error, "Verifying catalog data: cannot read catalog list file: " << listFile.string());
+    RIG_LOG(call, Error, kPrefix + "cannot read catalog list file: " << listFile.string());
     return false;
   }
   writeHead(report, " Problems related due to absence of neutral catalog data files");
@@ -58,8 +61,7 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path toolLog = logDir / "tbl2flat.log";
   std::vector<std::string> lines;
   if (!rig_common::readTextLines(toolLog, lines)) {
-    RIG_LOG(call, Error,
-            "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " << toolLog.string());
+    RIG_LOG(call, Error, kPrefix + "cannot read the log file produced by tbl2flat tool: " << toolLog.string());
     return false;
   }
   writeHead(report, " Problems found by the tbl2flat tool");

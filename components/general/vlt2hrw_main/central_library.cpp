@@ -10,6 +10,11 @@ namespace fs = boost::filesystem;
 
 namespace NComponent {
 
+namespace {
+// The text every message of the script function starts with.
+const std::string kPrefix = "Preparing target Central Library: ";
+}  // namespace
+
 bool prepareTargetCL() {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
@@ -22,15 +27,12 @@ bool prepareTargetCL() {
 
   // The index file marks a prepared library: later steps fill it in place.
   if (fs::exists(targetIndex)) {
-    RIG_LOG(call, Info,
-            "Preparing target Central Library: ZPC index file exists, so we will skipping this step: "
-                << targetIndex.string());
+    RIG_LOG(call, Info, kPrefix + "ZPC index file exists, so we will skipping this step: " << targetIndex.string());
     return true;
   }
   if (NPlatform::copyDirectoryFiles(seedDir, targetDir) == 0) return true;
   RIG_LOG(call, Error,
-          "Preparing target Central Library: Cannot copy seed library from: " << seedDir.string()
-                                                                              << " to: " << targetDir.string());
+          kPrefix + "Cannot copy seed library from: " << seedDir.string() << " to: " << targetDir.string());
   return false;
 }
 

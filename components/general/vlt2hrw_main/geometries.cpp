@@ -13,6 +13,11 @@ namespace fs = boost::filesystem;
 
 namespace NComponent {
 
+namespace {
+// The text every message of the script function starts with.
+const std::string kGeomPathPrefix = "Obtaining VLT library geometry path: ";
+}  // namespace
+
 std::string GetLibraryUnit() {
   CScriptCall call;
   if (!call.ok()) return {};
@@ -40,11 +45,11 @@ bool obtainVltGeomPath(const std::string& libraryName, const std::string& locati
   if (!fs::is_directory(fs::path(dir))) {
     // A failed call also forgets an earlier geometry root.
     call.services().setParameter("geom path", "");
-    RIG_LOG(call, Error, "Obtaining VLT library geometry path: path does not exist at: " << dir);
+    RIG_LOG(call, Error, kGeomPathPrefix + "path does not exist at: " << dir);
     return false;
   }
   call.services().setParameter("geom path", fs::path(dir).generic_string());
-  RIG_LOG(call, Debug, "Obtaining VLT library geometry path: path has been set to: " << dir);
+  RIG_LOG(call, Debug, kGeomPathPrefix + "path has been set to: " << dir);
   return true;
 }
 

@@ -11,6 +11,11 @@
 #include "misc.hpp"
 
 namespace NComponent {
+
+namespace {
+// The text every message of the script function starts with.
+const std::string kPrefix = "Reading mapping file: ";
+}  // namespace
 namespace MappingFile {
 
 namespace {
@@ -35,10 +40,10 @@ std::string wordAt(const std::vector<std::string>& list, size_t index) {
 bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
                      const rig_common::log4rig::TSinks& sinks) {
   const std::string path = file.string();
-  RIG_LOG(sinks, Debug, "Reading mapping file: " << path);
+  RIG_LOG(sinks, Debug, kPrefix << path);
   std::ifstream stream(path);
   if (!stream.is_open()) {
-    RIG_LOG(sinks, Error, "Reading mapping file: cannot open mapping file for reading: " << path);
+    RIG_LOG(sinks, Error, kPrefix + "cannot open mapping file for reading: " << path);
     return false;
   }
 

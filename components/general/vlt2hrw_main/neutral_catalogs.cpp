@@ -7,12 +7,14 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/keywords.hpp"
 #include "common/log4rig.hpp"
 #include "common/text_helpers.hpp"
 #include "common/tlx_tree.hpp"
 
 namespace fs = boost::filesystem;
 using rig_common::TLXHandler::TLXNode;
+using namespace rig_common::keyword;
 
 namespace NComponent {
 namespace NCatalog {
@@ -20,7 +22,6 @@ namespace NCatalog {
 namespace {
 
 const char kPrefix[] = "Reading neutral catalog file:";
-const char kBlankSymbol[] = "VLTTRANSDELETEME";
 
 // A node's value: its first value without quote characters at the ends;
 // false for a node without any value.
@@ -35,7 +36,7 @@ bool nodeValue(const TLXNode* node, std::string& value) {
 bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
   std::ifstream in(file.string());
   if (!in || fs::is_directory(file)) return false;
-  const boost::regex skipped("QRN_LOCATION_MAP_\\d+(?:\\s+force)?.*");
+  const boost::regex skipped(rig_common::keyword::kLocationMapHeader);
   const boost::regex prefixLine("(\\$\\S+).*");
   std::string prefix, hardPath;
   bool inPrefix = false;
@@ -80,16 +81,16 @@ bool NeutralCatalogs::readQrnNeutralCatalog(const fs::path& file, const std::str
   auto warn = [&](const std::string& text) { RIG_LOG(sinks, Warn, kPrefix << text); };
 
   TLXNode* root = tree.root.get();
-  for (TLXNode* partNode = root->findFirstChild("QRN_PART"); partNode != nullptr;
-       partNode = root->findNextChild("QRN_PART")) {
+  for (TLXNode* partNode = root->findFirstChild(kQrnPart); partNode != nullptr;
+       partNode = root->findNextChild(kQrnPart)) {
     std::string number;
     if (!nodeValue(partNode, number)) {
-      warn(" skipping QRN_PART node without part number");
+      warn(std::string(" skipping ") + kQrnPart + " node without part number");
       continue;
     }
     TCatalogPart& part = parts[number];
-    for (const char* keyword : {"QRN_PART_CONTAINER", "QRN_MAP_FILE"}) {
-      const bool isMap = std::string(keyword) == "QRN_MAP_FILE";
+    for (const char* keyword : {kQrnPartContainer, kQrnMapFile}) {
+      const bool isMap = keyword == kQrnMapFile;
       TCatalogFile& target = isMap ? part.mapFile : part.container;
       for (TLXNode* node = partNode->findFirstChild(keyword); node != nullptr;
            node = partNode->findNextChild(keyword)) {
@@ -104,29 +105,29 @@ bool NeutralCatalogs::readQrnNeutralCatalog(const fs::path& file, const std::str
         target.path = replaceSoftPrefixes(value);
       }
     }
-    for (TLXNode* node = partNode->findFirstChild("QRN_GEOM"); node != nullptr;
-         node = partNode->findNextChild("QRN_GEOM")) {
+    for (TLXNode* node = partNode->findFirstChild(kQrnGeom); node != nullptr;
+         node = partNode->findNextChild(kQrnGeom)) {
       std::string value;
       if (!nodeValue(node, value)) {
-        warn(" skipping empty QRN_GEOM node for part: " + number);
+        warn(std::string(" skipping empty ") + kQrnGeom + " node for part: " + number);
         continue;
       }
       part.geoms.push_back(value);
     }
-    for (TLXNode* node = partNode->findFirstChild("QRN_COMP"); node != nullptr;
-         node = partNode->findNextChild("QRN_COMP")) {
+    for (TLXNode* node = partNode->findFirstChild(kQrnComp); node != nullptr;
+         node = partNode->findNextChild(kQrnComp)) {
       std::string name;
       if (!nodeValue(node, name)) {
-        warn(" skipping empty QRN_COMP node for part: " + number);
+        warn(std::string(" skipping empty ") + kQrnComp + " node for part: " + number);
         continue;
       }
       part.components.push_back(TCatalogComponent{name, {}});
       TCatalogComponent& comp = part.components.back();
-      for (TLXNode* symbol = node->findFirstChild("QRN_SYMBOL"); symbol != nullptr;
-           symbol = node->findNextChild("QRN_SYMBOL")) {
+      for (TLXNode* symbol = node->findFirstChild(kQrnSymbol); symbol != nullptr;
+           symbol = node->findNextChild(kQrnSymbol)) {
         std::string value;
         if (!nodeValue(symbol, value)) {
-          warn(" skipping empty QRN_SYMBOL node for part:  " + number + " , comp: " + name);
+          warn(std::string(" skipping empty ") + kQrnSymbol + " node for part:  " + number + " , comp: " + name);
           continue;
         }
         if (value == kBlankSymbol) {

@@ -4,7 +4,6 @@
 
 #include "vlt_library_cfg.hpp"
 
-#include <boost/algorithm/string/case_conv.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/regex.hpp>
 #include <fstream>
@@ -191,9 +190,7 @@ std::string commonPath(std::set<std::string> paths) {
     }
     const size_t shorter = std::min(reference.size(), tokens.size());
     size_t same = 0;
-    while (same < shorter &&
-           boost::algorithm::to_lower_copy(reference[same]) == boost::algorithm::to_lower_copy(tokens[same]))
-      ++same;
+    while (same < shorter && rig_common::sameNameIgnoringCase(reference[same], tokens[same])) ++same;
     // A path that agrees all along its shorter length sets the count, even
     // above a smaller count of an earlier path.
     if (same == shorter)

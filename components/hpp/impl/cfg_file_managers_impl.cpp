@@ -59,12 +59,7 @@ CCatalogDataMapping::iterator CCatalogDataMapping::end() {
 }
 
 bool CCatalogDataMapping::updatePropertyMapping(const TCatalogProperty& property, bool addIfMissing) {
-  TDOMNodeList* list = parser.getDomNodeList(propertyPath());
-  TDOMElement* match = nullptr;
-  for (int i = 0, n = parser.getDomNodeListLength(list); i < n && match == nullptr; ++i) {
-    TDOMElement* element = parser.getDOMElement(list, i);
-    if (element != nullptr && parser.getAttribute(element, "qrn") == property.sourceName) match = element;
-  }
+  TDOMElement* match = findElement(propertyPath(), "qrn", property.sourceName);
   // A record is not edited but replaced, so that it moves to the end.
   if (match != nullptr)
     parser.remove(match);

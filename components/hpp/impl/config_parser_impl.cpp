@@ -18,5 +18,14 @@ bool CConfigParser::parse(const boost::filesystem::path& file) {
 
 bool CConfigParser::write(const boost::filesystem::path& file) { return parser.write(file.string(), logger); }
 
+TDOMElement* CConfigParser::findElement(const CXMLHierPath& path, const char* attribute, const std::string& value) {
+  TDOMNodeList* list = parser.getDomNodeList(path);
+  for (int i = 0, n = parser.getDomNodeListLength(list); i < n; ++i) {
+    TDOMElement* element = parser.getDOMElement(list, i);
+    if (element != nullptr && parser.getAttribute(element, attribute) == value) return element;
+  }
+  return nullptr;
+}
+
 }  // namespace NConfig
 }  // namespace NComponent

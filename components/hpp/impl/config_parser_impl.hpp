@@ -34,6 +34,8 @@ class CConfigParser {
   bool parse(const boost::filesystem::path& file);
   // Saves the document, replacing the file; failures are reported on `logger`.
   bool write(const boost::filesystem::path& file);
+  // The first element at `path` whose `attribute` reads `value`, or null.
+  TDOMElement* findElement(const CXMLHierPath& path, const char* attribute, const std::string& value);
 
   log4cxx::LoggerPtr logger;
   NMarkupCore::CXML_Parser parser;

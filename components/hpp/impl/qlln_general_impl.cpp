@@ -6,6 +6,7 @@
 #include <boost/regex.hpp>
 #include <fstream>
 
+#include "common/keywords.hpp"
 #include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 #include "misc.hpp"
@@ -30,7 +31,7 @@ bool readLocationMap(const NComponent::CScriptCall& call, TLocationMap& map, con
     return false;
   }
 
-  const boost::regex header("QRN_LOCATION_MAP_\\d+(?:\\s+force)?.*");
+  const boost::regex header(rig_common::keyword::kLocationMapHeader);
   const boost::regex prefix("(\\$\\S+).*");
 
   TLocationMap found;

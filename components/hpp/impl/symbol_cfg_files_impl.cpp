@@ -119,12 +119,7 @@ TPartitionData CSymbolData::findPartition(const std::string& name) {
 }
 
 bool CSymbolData::addPartition(const TPartitionData& partition, bool allowAdd) {
-  TDOMNodeList* list = parser.getDomNodeList(partitionPath());
-  TDOMElement* target = nullptr;
-  for (int i = 0, n = parser.getDomNodeListLength(list); i < n && target == nullptr; ++i) {
-    TDOMElement* candidate = parser.getDOMElement(list, i);
-    if (candidate != nullptr && parser.getAttribute(candidate, "name") == partition.name) target = candidate;
-  }
+  TDOMElement* target = findElement(partitionPath(), "name", partition.name);
   if (target == nullptr) {
     if (!allowAdd) return false;
     TDOMElement* partitionData = parser.getDOMElement(partitionDataPath());
@@ -157,12 +152,8 @@ CSymbolDataMapping::iterator CSymbolDataMapping::begin() { return iterator(*this
 CSymbolDataMapping::iterator CSymbolDataMapping::end() { return iterator(*this, dataMapPath(), &readMapping, true); }
 
 TDataMapping CSymbolDataMapping::findMapping(const std::string& id) {
-  TDOMNodeList* list = parser.getDomNodeList(dataMapPath());
-  for (int i = 0, n = parser.getDomNodeListLength(list); i < n; ++i) {
-    TDOMElement* element = parser.getDOMElement(list, i);
-    if (element != nullptr && parser.getAttribute(element, "id") == id) return readMapping(*this, element);
-  }
-  return TDataMapping();
+  TDOMElement* element = findElement(dataMapPath(), "id", id);
+  return element == nullptr ? TDataMapping() : readMapping(*this, element);
 }
 
 bool CSymbolDataMapping::setDataMapping(const TDataMapping& mapping, bool allowAdd) {

@@ -10,19 +10,11 @@
 #include <vector>
 
 #include "common/log4rig.hpp"
+#include "common/text_helpers.hpp"
 
 namespace NMisc {
 
-namespace {
-
-bool sameName(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i)
-    if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i]))) return false;
-  return true;
-}
-
-}  // namespace
+using rig_common::sameNameIgnoringCase;
 
 std::string systemErrorText(int code) { return NPlatform::systemErrorText(code); }
 
@@ -65,8 +57,9 @@ bool CRunProgram<std::string>::obtainCurrentEnvironment() {
 }
 
 CRunProgram<std::string>::TEnvironment::iterator CRunProgram<std::string>::findVariable(const std::string& name) {
-  return std::find_if(mEnvironment.begin(), mEnvironment.end(),
-                      [&name](const TEnvironment::value_type& entry) { return sameName(entry.first, name); });
+  return std::find_if(mEnvironment.begin(), mEnvironment.end(), [&name](const TEnvironment::value_type& entry) {
+    return sameNameIgnoringCase(entry.first, name);
+  });
 }
 
 void CRunProgram<std::string>::replaceVariable(const std::string& name, const std::string& value) {

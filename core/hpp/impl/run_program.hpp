@@ -90,7 +90,6 @@ class CRunProgram<std::string> {
   // "name=value\0...\0\0" in list order; empty when there is no environment.
   std::unique_ptr<char[]> environmentBlock() const;
   bool makePipe(NPlatform::THandle handles[4], bool reading);
-  bool restoreStdHandles(const TProcess& process);
 
   log4cxx::LoggerPtr mLogger;
   TEnvironment mEnvironment;

@@ -35,14 +35,6 @@ bool CRunProgram<std::string>::makePipe(NPlatform::THandle handles[4], bool read
   return true;
 }
 
-bool CRunProgram<std::string>::restoreStdHandles(const TProcess& process) {
-  // The parent's standard handles are never redirected here (the child gets
-  // the pipe ends through its start-up record), so what was saved is what
-  // is still in place and there is nothing to write back.
-  (void)process;
-  return true;
-}
-
 CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(const std::string& command,
                                                                             unsigned int initTimeoutMs) {
   RIG_LOG1(mLogger, Debug, "Piped process starter: creating process: '" << command << "'");
@@ -73,7 +65,6 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
   if (!process->processInformation.create(command, block.get(), process->startupInfo)) {
     int error = NPlatform::lastError();
     RIG_LOG1(mLogger, Error, "Piped process starter: process cannot be created. Reason: " << systemErrorText(error));
-    restoreStdHandles(*process);
     return nullptr;
   }
   // The child has its own copies now. Keeping the parent's copy of the
@@ -93,7 +84,6 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
                "Piped process starter: process has not finished its initialization after: " << initTimeoutMs
                                                                                             << "milliseconds.");
       closeEnd(process->writingEnd());
-      restoreStdHandles(*process);
       closeProcess(process, kInfinite, 1);
       return nullptr;
     }
@@ -104,9 +94,10 @@ CRunProgram<std::string>::TProcess* CRunProgram<std::string>::createProcess(cons
                  "Piped process starter: process initialization failed. Reason: " << systemErrorText(error));
     }
   }
+  // The parent's standard handles are never redirected (the child gets the
+  // pipe ends through its start-up record), so nothing is to be restored;
+  // the step is still reported as the log readers know it.
   RIG_LOG1(mLogger, Debug, "Piped process starter: restoring Std handles.");
-  if (!restoreStdHandles(*process))
-    RIG_LOG1(mLogger, Warn, "Piped process starter: Std handles cannot be restored properly.");
   return process;
 }
 
@@ -137,7 +128,6 @@ bool CRunProgram<std::string>::closeProcess(TProcess* process, unsigned int time
     result = false;
   }
   RIG_LOG1(mLogger, Debug, "Piped process close: cleanup.");
-  if (!restoreStdHandles(*process)) result = false;
   if (!child.close()) result = false;
   // Nobody reads the child's output; its pipe goes with the child.
   closeEnd(process->writingPipe[0]);

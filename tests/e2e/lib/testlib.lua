@@ -65,6 +65,83 @@ function M.starts(text, prefix, what)
   end
 end
 
+-- Named cases: a failing case is reported and the script goes on with the
+-- next one; finish() raises when any case failed.
+local failed = {}
+function M.case(name, body)
+  local ok, message = pcall(body)
+  if not ok then
+    failed[#failed + 1] = name .. ": " .. tostring(message)
+    io.stderr:write("FAILED case ", name, ": ", tostring(message), "\n")
+  end
+end
+
+function M.finish()
+  if #failed > 0 then error(#failed .. " case(s) failed:\n" .. table.concat(failed, "\n"), 0) end
+end
+
+-- Every occurrence of `from` in `text` replaced by `to`, literally.
+function M.replace_all(text, from, to)
+  local at, parts = 1, {}
+  while true do
+    local first, last = text:find(from, at, true)
+    if not first then break end
+    parts[#parts + 1] = text:sub(at, first - 1) .. to
+    at = last + 1
+  end
+  return table.concat(parts) .. text:sub(at)
+end
+
+-- A text with the scratch and source directories written as @SCRATCH@ and
+-- @SOURCE@, as the golden files hold them.
+function M.neutral(text)
+  return M.replace_all(M.replace_all(text, M.scratch, "@SCRATCH@"), M.source, "@SOURCE@")
+end
+
+local function sorted_lines(text)
+  local lines = {}
+  for line in text:gmatch("[^\n]*\n?") do lines[#lines + 1] = line end
+  table.sort(lines)
+  return table.concat(lines)
+end
+
+-- Compares a text with tests/e2e/golden/<name> (after M.neutral); with
+-- UPDATE_GOLDEN=1 writes the golden file instead. With `any_order`, a text
+-- that holds the golden lines in another order passes too (for outputs
+-- whose order follows the directory iteration order of the machine).
+M.golden_dir = M.source .. "/tests/e2e/golden"
+M.updating = os.getenv("UPDATE_GOLDEN") == "1"
+function M.golden(name, text, any_order)
+  local file = M.golden_dir .. "/" .. name
+  text = M.neutral(text)
+  if M.updating then
+    M.sh("mkdir -p " .. M.quote(file:match("^(.*)/")))
+    M.write(file, text)
+    return
+  end
+  local expected = M.read(file)
+  if expected == nil then error("no golden file " .. name .. " (run with UPDATE_GOLDEN=1)", 2) end
+  if text ~= expected and not (any_order and sorted_lines(text) == sorted_lines(expected)) then
+    error(string.format("%s differs from its golden file:\n-- expected:\n%s\n-- got:\n%s", name, expected, text), 2)
+  end
+end
+
+-- The messages logged since the last clear as one text, then cleared.
+function M.take_log()
+  local text = table.concat(M.lines(), "\n") .. "\n"
+  host.clear_messages()
+  return text
+end
+
+-- Lines of a command's standard output.
+function M.output_lines(command)
+  local pipe = assert(io.popen(command))
+  local out = {}
+  for line in pipe:lines() do out[#out + 1] = line end
+  pipe:close()
+  return out
+end
+
 -- Runs a host with its own options and script; gives the exit status.
 function M.run_host(options, script, ...)
   local words = {M.quote(M.host_binary)}
