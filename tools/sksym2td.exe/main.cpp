@@ -8,11 +8,12 @@
 // symbol file named by td_symbol_neutral_path; with writing on (the default)
 // it writes the target symbol <td_symbol_name>.sym into td_symbol_output_path,
 // the SymXlt configuration of symxlt_cfg_file applied, and appends the name
-// to the directory's journal .tdlib2zpc/journal for tdlib2zpc.exe. Soft prefixes resolve
-// through QRN_LOCATION_MAP, relative outputs lie under QRN_WD. Exit codes:
-// 0 done, 1 bad script, 2 a symbol cannot be read, 3 an output cannot be
-// written, 4 the SymXlt configuration cannot be read. SKSYM2TD_FAIL injects
-// a failure, for the symbols of SKSYM2TD_FAIL_SYMBOLS only when that is set.
+// to the directory's journal .tdlib2zpc/journal for tdlib2zpc.exe. Soft
+// prefixes resolve through QRN_LOCATION_MAP, relative outputs lie under
+// QRN_WD. Exit codes: 0 done, 1 bad script, 2 a symbol cannot be read, 3 an
+// output cannot be written, 4 the SymXlt configuration cannot be read.
+// SKSYM2TD_FAIL injects a failure, for the symbols of SKSYM2TD_FAIL_SYMBOLS
+// only when that is set.
 
 #include <boost/filesystem.hpp>
 #include <cstdlib>

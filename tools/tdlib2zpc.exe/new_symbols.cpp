@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <boost/filesystem.hpp>
+#include <cerrno>
 #include <fstream>
 #include <set>
 
@@ -45,11 +46,11 @@ bool CPartitionState::findNew(std::vector<std::string>& names) {
   names.clear();
   boost::system::error_code ec;
   fs::create_directories(mStateDir, ec);
-  if (!fs::is_directory(mStateDir)) {
+  if (!fs::is_directory(mStateDir, ec)) {
     mError = "cannot create the partition state directory: " + mStateDir.string();
     return false;
   }
-  if (fs::is_directory(mEnteredDir) && fromJournal(names)) return true;
+  if (fs::is_directory(mEnteredDir, ec) && fromJournal(names)) return true;
   names.clear();
   return fromListing(names);
 }
@@ -59,7 +60,8 @@ bool CPartitionState::findNew(std::vector<std::string>& names) {
 // A line that names no symbol file (damaged, or a file removed since) is
 // passed over; a last line without its line end counts all the same.
 bool CPartitionState::fromJournal(std::vector<std::string>& names) {
-  if (!fs::exists(mJournal)) return true;
+  struct stat info;
+  if (stat(mJournal.c_str(), &info) != 0 && errno == ENOENT) return true;
   std::ifstream journal(mJournal.string(), std::ios::binary);
   if (!journal || !isFile(mJournal)) return false;
   std::set<std::string> seen;
@@ -76,7 +78,8 @@ bool CPartitionState::fromListing(std::vector<std::string>& names) {
   mListed = true;
   // A state of an earlier version of the tool: the names entered, one a
   // line, in a file where the markers go now.
-  if (fs::is_regular_file(mEnteredDir)) {
+  boost::system::error_code ec;
+  if (fs::is_regular_file(mEnteredDir, ec)) {
     std::ifstream before(mEnteredDir.string(), std::ios::binary);
     for (std::string line; std::getline(before, line);)
       if (!line.empty() && line.find('/') == std::string::npos && line[0] != '.') mEnteredBefore.push_back(line);
@@ -99,7 +102,7 @@ bool CPartitionState::fromListing(std::vector<std::string>& names) {
 
 bool CPartitionState::commit(const std::vector<std::string>& names) {
   boost::system::error_code ec;
-  if (!mEnteredBefore.empty() || fs::is_regular_file(mEnteredDir)) {
+  if (!mEnteredBefore.empty() || fs::is_regular_file(mEnteredDir, ec)) {
     fs::remove(mEnteredDir, ec);
     fs::remove(mStateDir / "watcher", ec);
   }
