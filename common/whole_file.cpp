@@ -12,6 +12,7 @@ namespace rig_common {
 CWholeFile::CWholeFile(const fs::path& target) : mTarget(target) {
   boost::system::error_code error;
   if (fs::is_directory(mTarget, error)) return;  // nothing can be renamed over it
+  error.clear();
   mTemporary = mTarget.parent_path() / fs::unique_path(mTarget.filename().string() + ".%%%%-%%%%.tmp", error);
   if (error) return;
   mStream.open(mTemporary.string(), std::ios::binary | std::ios::trunc);

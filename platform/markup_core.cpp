@@ -119,14 +119,13 @@ void makeWellFormed(pugi::xml_document& document, const std::string& path, const
         }
         if (toXmlText(attribute.value(), fixed)) {
           attribute.set_value(fixed.c_str());
-          warn("the attribute '" + std::string(attribute.name()) + "' of element '" + node.name() + "': '" + fixed +
-               "'");
+          warn("the attribute '" + std::string(attribute.name()) + "' of element '" + node.name() + "'");
         }
       }
     }
     if (node.type() != pugi::node_element && node.type() != pugi::node_declaration && toXmlText(node.value(), fixed)) {
       node.set_value(fixed.c_str());
-      warn("the text of element '" + std::string(node.parent().name()) + "': '" + fixed + "'");
+      warn("the text of element '" + std::string(node.parent().name()) + "'");
     }
     if (node.type() == pugi::node_comment) {
       std::string text = node.value();
