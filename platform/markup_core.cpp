@@ -271,6 +271,10 @@ bool CXML_Parser::parse(const std::string& path, log4cxx::LoggerPtr logger) {
 }
 
 bool CXML_Parser::write(const std::string& path, log4cxx::LoggerPtr logger) {
+  if (!mImpl->document.document_element()) {  // a file without a root element is no XML file
+    RIG_LOG1(logger, Error, "XML write error in '" << path << "': no root element.");
+    return false;
+  }
   pugi::xml_node first = mImpl->document.first_child();
   if (!first || first.type() != pugi::node_declaration) {
     pugi::xml_node declaration = mImpl->document.prepend_child(pugi::node_declaration);

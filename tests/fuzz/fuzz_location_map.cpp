@@ -1,5 +1,7 @@
 // The location map: the component's reader (loud and silent), the silent
 // table reader of the neutral catalogs, and the catalog tool's reader.
+#include <boost/filesystem/exception.hpp>
+
 #include "components/hpp/impl/qlln_general_impl.hpp"
 #include "neutral_catalogs.hpp"
 #include "support.hpp"
@@ -11,7 +13,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string file = vltfuzz::asFile(data, size);
   for (bool verbose : {true, false}) {
     QllnGeneral::TLocationMap map;
-    QllnGeneral::readLocationMap(call, map, file, verbose);
+    try {
+      QllnGeneral::readLocationMap(call, map, file, verbose);
+    } catch (const boost::filesystem::filesystem_error&) {
+      // A path the file system refuses (too long, say) is a file system
+      // error, which the binding layer turns into a Lua error.
+    }
   }
   NComponent::NCatalog::TSoftPrefixes table;
   NComponent::NCatalog::readLocationMapTable(file, table);

@@ -139,6 +139,18 @@ TEST_F(HardeningXmlTest, BytesThatAreNotTextBecomeReplacementCharacters) {
                                       "element 'entry'."}));
 }
 
+TEST_F(HardeningXmlTest, DocumentWithoutRootElementIsNotWritten) {
+  const std::string file = (tmp.path() / "kept.xml").string();
+  writeFile(file, "<rig/>\n");
+  CXML_Parser xml;
+  xml.createEmptyDocument("rig");
+  xml.remove(CXMLHierPath("rig"));
+  EXPECT_FALSE(xml.write(file, logger));
+  EXPECT_EQ(readFile(file), "<rig/>\n");
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (std::vector<std::string>{"XML write error in '" + file + "': no root element."}));
+}
+
 TEST_F(HardeningXmlTest, DeeplyNestedSubtreeIsRemovedAndWritten) {
   std::string text = "<rig><keep/>";
   for (int i = 0; i < 100000; ++i) text += "<a>";
