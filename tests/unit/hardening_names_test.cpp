@@ -10,6 +10,7 @@
 
 #include "common/path_helpers.hpp"
 #include "components/hpp/geometry_helpers.hpp"
+#include "components/hpp/neutral_catalogs.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "components/hpp/vlt_library_cfg.hpp"
 #include "core/hpp/impl/run_program.hpp"
@@ -139,6 +140,12 @@ TEST(KshPaths, SaveCatalogsPassesHostileCatalogNamesLiterally) {
   EXPECT_FALSE(fs::exists(pwned));
   EXPECT_TRUE(host.texts("translation", "ERROR").empty());
   host.release();
+}
+
+TEST(SoftPrefixes, PrefixThatIsNoExpressionIsReplacedAsText) {
+  const NComponent::NCatalog::NeutralCatalogs catalogs({{"$A)B", "/hard"}, {"$LIB", "/lib"}});
+  EXPECT_EQ(catalogs.replaceSoftPrefixes("$A)B\\x"), "/hard/x");
+  EXPECT_EQ(catalogs.replaceSoftPrefixes("$LIB/y"), "/lib/y");
 }
 
 // A library root with a blank and a '$': no false warnings, plain names.

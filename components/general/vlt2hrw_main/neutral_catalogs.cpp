@@ -60,8 +60,14 @@ bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
 std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const {
   std::string result = value;
   for (const auto& entry : softPrefixes) {
-    const boost::regex prefix("\\" + entry.first);
-    result = boost::regex_replace(result, prefix, entry.second);
+    try {
+      const boost::regex prefix("\\" + entry.first);
+      result = boost::regex_replace(result, prefix, entry.second);
+    } catch (const boost::regex_error&) {
+      // A prefix of the location map that is no valid expression (an
+      // unmatched parenthesis, say) is replaced as plain text.
+      boost::replace_all(result, entry.first, entry.second);
+    }
   }
   boost::replace_all(result, "\\", "/");
   return result;
