@@ -62,7 +62,9 @@ std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const
   for (const auto& entry : softPrefixes) {
     try {
       const boost::regex prefix("\\" + entry.first);
-      result = boost::regex_replace(result, prefix, entry.second);
+      // Empty matches are skipped: a prefix such as "$*" would otherwise put
+      // the hard path between every two characters.
+      result = boost::regex_replace(result, prefix, entry.second, boost::format_default | boost::match_not_null);
     } catch (const boost::regex_error&) {
       // A prefix of the location map that is no valid expression (an
       // unmatched parenthesis, say) is replaced as plain text.
