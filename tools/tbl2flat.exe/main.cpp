@@ -16,9 +16,11 @@
 #include <boost/filesystem/path.hpp>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 
 #include "catalog_entry.hpp"
 #include "common/symbol_list_file.hpp"
+#include "common/whole_file.hpp"
 #include "tools/toolkit.hpp"
 #include "translate.hpp"
 
@@ -65,17 +67,17 @@ int checkCommandLine(const vlttools::TOptions& options) {
 }
 
 bool writeNeutral(const std::string& file, const tbl2flat::TTranslation& result) {
-  std::ofstream out(file);
-  if (!out.is_open()) return false;
-  rig_common::writeTLXChildren(out, result.neutral);
-  return static_cast<bool>(out.flush());
+  rig_common::CWholeFile out(file);
+  if (!out) return false;
+  rig_common::writeTLXChildren(out.stream(), result.neutral);
+  return out.commit();
 }
 
 bool writePropertyList(const std::string& file, const tbl2flat::TTranslation& result) {
-  std::ofstream out(file);
-  if (!out.is_open()) return false;
+  rig_common::CWholeFile out(file);
+  if (!out) return false;
   for (const auto& name : result.propertyNames) out << name << "\n";
-  return static_cast<bool>(out.flush());
+  return out.commit();
 }
 
 bool writeSymbolList(const std::string& file, tbl2flat::TTranslation& result) {
@@ -90,11 +92,14 @@ bool writeSymbolList(const std::string& file, tbl2flat::TTranslation& result) {
 // so that the file reads as a part list too.
 bool appendRejected(const std::string& file, const std::string& catalog, const tbl2flat::TTranslation& result) {
   if (result.rejected.empty()) return true;
-  std::ofstream out(file, std::ios::app);
-  if (!out.is_open()) return false;
+  std::string content;
+  {
+    std::ifstream old(file, std::ios::binary);  // appended to: the old lines come first
+    if (old) content.assign(std::istreambuf_iterator<char>(old), std::istreambuf_iterator<char>());
+  }
   for (const auto& part : result.rejected)
-    out << "// rejected by tbl2flat: " << part.reason << "\n" << catalog << " " << part.part << "\n";
-  return static_cast<bool>(out.flush());
+    content += "// rejected by tbl2flat: " + part.reason + "\n" + catalog + " " + part.part + "\n";
+  return rig_common::writeWholeFile(file, content);
 }
 
 }  // namespace
