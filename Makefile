@@ -4,7 +4,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build demo test bench clean
+.PHONY: all setup build demo test bench bench-road clean
 
 all: build
 
@@ -27,6 +27,11 @@ test: setup
 
 bench: build
 	@scripts/run-bench $(BUILD)
+
+# The whole workflow on generated libraries of 1,000, 10,000 and 50,000
+# symbols; BENCH_ROAD_SIZES="1000 10000" leaves the largest out.
+bench-road: build
+	@scripts/run-bench-road $(BUILD)
 
 clean:
 	rm -rf $(BUILD)
