@@ -60,10 +60,10 @@ bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
 
 std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const {
   std::string result = value;
-  for (const auto& entry : softPrefixes) {
-    const boost::regex prefix("\\" + entry.first);
-    result = boost::regex_replace(result, prefix, entry.second);
-  }
+  // Literal replacement: a regular expression built per prefix and value
+  // cost more than the rest of the part, and read a hard path's "$" or "\\"
+  // as format directives.
+  for (const auto& entry : softPrefixes) boost::replace_all(result, entry.first, entry.second);
   boost::replace_all(result, "\\", "/");
   return result;
 }
