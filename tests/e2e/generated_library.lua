@@ -7,7 +7,7 @@ local t = require("testlib")
 local out = t.fresh_dir(t.scratch)
 local gen = t.host_binary:match("^(.*)/[^/]*$") .. "/vlt2hrw-gen-library"
 local function generate(dir, seed)
-  return t.sh(t.quote(gen) .. " 50 " .. t.quote(dir) .. " --catalogs 2 --parts 30 --seed " .. seed .. " >/dev/null")
+  return t.sh(t.quote(gen) .. " 50 " .. t.quote(dir) .. " --catalogs 2 --parts 30 --seed " .. seed .. " >/dev/null 2>&1")
 end
 
 t.case("generated deterministically", function()
@@ -23,7 +23,7 @@ t.case("generated deterministically", function()
 end)
 
 local status = t.run_host({"--log", out .. "/host.log"}, t.source .. "/workflow/migrate.lua", out .. "/lib",
-                          out .. "/run", "GEN_LIB")
+                          t.fresh_dir(out .. "/run"), "GEN_LIB")
 t.case("migrated end to end", function()
   t.eq(status, 0, "workflow ran to its end")
   local index = assert(t.read(out .. "/run/wdir/Library/Library.zpc"), "no library index")
