@@ -4,7 +4,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build demo test bench clean test-asan fuzz
+.PHONY: all setup build demo test bench bench-road clean test-asan fuzz
 
 all: build
 
@@ -53,6 +53,11 @@ fuzz: setup
 	  $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE)) > /dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
 	@tests/fuzz/run-all $(FUZZ_BUILD) $(FUZZ_SECONDS)
+
+# The whole workflow on generated libraries of 1,000, 10,000 and 50,000
+# symbols; BENCH_ROAD_SIZES="1000 10000" leaves the largest out.
+bench-road: build
+	@scripts/run-bench-road $(BUILD)
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
