@@ -86,15 +86,10 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
 
   const std::string cfg = (config / "sk2td_symbols_only.cfg").string();
-  const std::string first = "\"" + neut("a b(1)_logic", "nand2").string();
-  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\nsymbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
-                                        "\"\nsymbol end\n"
-                                        "symbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
-                                        "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n"
-                                        "symbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
+  const std::string block = "symbol begin\nsk_symbol_path \"" + odd + "/nand2\"\ntd_symbol_neutral_path \"" +
+                            neut("a b(1)_logic", "nand2").string();
+  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\n" + block + "\"\nsymbol end\n" +
+                                        block + "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n" + block +
                                         "_2\"\nsymbol end\nrun\nexit\n");
   EXPECT_EQ(readFile(rec / "1.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg +
                                         "\nsymbol begin\nsk_symbol_path /lib/x/sub/inv\ntd_symbol_neutral_path " +
