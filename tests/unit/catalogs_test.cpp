@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/algorithm/string/replace.hpp>
+#include <tuple>
 
 #include "components/hpp/catalog_helpers.hpp"
 #include "components/hpp/list_registry.hpp"
@@ -98,15 +99,13 @@ TEST_F(CatalogTest, SwitchesAreHostParameters) {
 }
 
 TEST(CatalogLogFilter, KeepsTheMessageOfErrorAndWarningLines) {
-  using NComponent::NCatalog::filterLogLine;
-  EXPECT_EQ(filterLogLine("Error: bad", true), "bad");
-  EXPECT_EQ(filterLogLine("WARNING bad", true), "bad");
-  EXPECT_EQ(filterLogLine("warn:::  bad", true), "bad");
-  EXPECT_EQ(filterLogLine("  errors found: 2 parts", true), "found: 2 parts");
-  EXPECT_EQ(filterLogLine("error", true), "");
-  EXPECT_EQ(filterLogLine("no errors found", true), "");
-  EXPECT_EQ(filterLogLine("Warning: x", false), "");
-  EXPECT_EQ(filterLogLine("ERROR: x", false), "x");
+  const std::vector<std::tuple<std::string, bool, std::string>> cases = {
+      {"Error: bad", true, "bad"},   {"WARNING bad", true, "bad"},
+      {"warn:::  bad", true, "bad"}, {"  errors found: 2 parts", true, "found: 2 parts"},
+      {"error", true, ""},           {"no errors found", true, ""},
+      {"Warning: x", false, ""},     {"ERROR: x", false, "x"}};
+  for (const auto& c : cases)
+    EXPECT_EQ(NComponent::NCatalog::filterLogLine(std::get<0>(c), std::get<1>(c)), std::get<2>(c)) << std::get<0>(c);
 }
 
 TEST(CatalogCommandLine, PiecesInOrderWithQuotingAndSwap) {
