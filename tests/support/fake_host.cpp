@@ -1,13 +1,28 @@
 #include "support/fake_host.hpp"
 
+#include <sys/wait.h>
+
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 #include "components/hpp/component.hpp"
+#include "components/hpp/script_functions.hpp"
 
 namespace fs = boost::filesystem;
 
 namespace vlttest {
+
+int shell(const std::string& command) {
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TLines list1D(const std::string& rid) {
+  TLines items;
+  for (int i = 0; i < ::get1DListSize(rid); ++i) items.push_back(::get1DListItem(rid, i));
+  return items;
+}
 
 CTempDir::CTempDir() {
   mPath = fs::temp_directory_path() / fs::unique_path("vlt2hrw-test-%%%%-%%%%-%%%%");

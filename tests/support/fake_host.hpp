@@ -10,6 +10,8 @@
 
 namespace vlttest {
 
+using TLines = std::vector<std::string>;
+
 // A fresh temporary directory, removed with the object.
 class CTempDir {
  public:
@@ -50,6 +52,10 @@ class CFakeHost : public vlthost::CHostCore {
 
 std::string readFile(const boost::filesystem::path& file);
 void writeFile(const boost::filesystem::path& file, const std::string& text);
+// The exit code of a shell command line, -1 when it did not exit.
+int shell(const std::string& command);
+// The items of a one-dimensional script list.
+TLines list1D(const std::string& rid);
 
 }  // namespace vlttest
 
@@ -66,6 +72,25 @@ struct StartedHostTest : ::testing::Test {
   void SetUp() override {
     ASSERT_TRUE(host.start());
     host.setWdir(tmp.str());
+    host.clearRecords();
+  }
+  void TearDown() override { host.release(); }
+};
+
+// A started component whose working directory "<tmp>/wdir" holds config,
+// log/reports and neutral/catalogs; the source library is the temporary
+// directory. Fixtures call this SetUp first and write their files after.
+struct WorkDirHostTest : ::testing::Test {
+  CFakeHost host;
+  CTempDir tmp;
+  boost::filesystem::path wdir = tmp.path() / "wdir", config = wdir / "config", log = wdir / "log",
+                          neutral = wdir / "neutral", catalogs = neutral / "catalogs";
+
+  void SetUp() override {
+    for (const auto& dir : {config, log / "reports", catalogs}) boost::filesystem::create_directories(dir);
+    ASSERT_TRUE(host.start());
+    host.setWdir(wdir.string());
+    host.setLibrary(tmp.str());
     host.clearRecords();
   }
   void TearDown() override { host.release(); }

@@ -24,23 +24,15 @@ const std::vector<std::pair<std::string, std::string>> kSeeds = {
     {"PART_NO", "Part Number"}, {"PINTYPE", "PINTYPE"},      {"REF", "Ref Designator"}, {"TRANS_REAL_VALUE", "Value"},
     {"qrn_comps", "Part Name"}, {"toler", "Tolerance"}};
 
-struct CatalogPropertyTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path config, catalogs, file;
+struct CatalogPropertyTest : StartedHostTest {
+  fs::path config = tmp.path() / "config", catalogs = tmp.path() / "neutral" / "catalogs",
+           file = config / "catalog_data_mapping.xml";
 
   void SetUp() override {
-    config = tmp.path() / "config";
-    catalogs = tmp.path() / "neutral" / "catalogs";
-    file = config / "catalog_data_mapping.xml";
-    fs::create_directories(config);
-    fs::create_directories(catalogs);
-    ASSERT_TRUE(host.start());
-    host.setWdir(tmp.str());
+    StartedHostTest::SetUp();
+    for (const auto& dir : {config, catalogs}) fs::create_directories(dir);
     host.setLibrary(tmp.str());
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 };
 
 TEST_F(CatalogPropertyTest, SeedsAloneInByteOrder) {
@@ -80,9 +72,9 @@ TEST_F(CatalogPropertyTest, BadMappingFileStopsTheUpdateAndSurvives) {
   fs::remove_all(catalogs);
   host.clearRecords();
   EXPECT_FALSE(NComponent::updateCatalogPropMapping(""));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{"Updating catalog property mapping: neutral catalogs directory does not exist:" +
-                                      catalogs.string()}));
+  EXPECT_EQ(
+      host.texts("translation", "ERROR"),
+      (TLines{"Updating catalog property mapping: neutral catalogs directory does not exist:" + catalogs.string()}));
 }
 
 TEST_F(CatalogPropertyTest, ListInFileOrderAndMissingFile) {

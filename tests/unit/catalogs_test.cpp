@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/algorithm/string/replace.hpp>
+#include <tuple>
 
 #include "components/hpp/catalog_helpers.hpp"
 #include "components/hpp/list_registry.hpp"
@@ -27,35 +28,16 @@ namespace {
 const std::string kExamples = std::string(VLT_SOURCE_DIR) + "/examples";
 
 // A host with a working directory tree, the sample library and its map.
-struct CatalogTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path wdir, config, log, catalogs;
+struct CatalogTest : WorkDirHostTest {
   std::string map;
 
   void SetUp() override {
-    wdir = tmp.path() / "wdir";
-    config = wdir / "config";
-    log = wdir / "log";
-    catalogs = wdir / "neutral" / "catalogs";
-    fs::create_directories(config);
-    fs::create_directories(log / "reports");
-    fs::create_directories(catalogs);
+    WorkDirHostTest::SetUp();
     std::string text = readFile(kExamples + "/location_map.template");
     boost::replace_all(text, "@EXAMPLES@", kExamples);
     map = (tmp.path() / "location_map").string();
     writeFile(map, text);
-    ASSERT_TRUE(host.start());
-    host.setWdir(wdir.string());
     host.setLibrary(kExamples);
-    host.clearRecords();
-  }
-  void TearDown() override { host.release(); }
-
-  std::vector<std::string> list1D(const std::string& rid) {
-    std::vector<std::string> items;
-    for (int i = 0; i < get1DListSize(rid); ++i) items.push_back(get1DListItem(rid, i));
-    return items;
   }
 };
 
@@ -64,7 +46,7 @@ TEST_F(CatalogTest, ListsTheSampleCatalogsAndSavesThem) {
   ASSERT_FALSE(rid.empty());
   auto names = list1D(rid);
   std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"analog", "connectors", "digital"}));
+  EXPECT_EQ(names, (TLines{"analog", "connectors", "digital"}));
   NComponent::addItemTo1DList(rid, " with blanks ");
   EXPECT_TRUE(NComponent::saveCatalogList(rid));
   std::string expected;
@@ -82,31 +64,24 @@ TEST_F(CatalogTest, CatalogFileNamesNeedAStemAndTheSuffixCase) {
   writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  CATS $L/cats -qrn_catalog\n}\n");
   writeFile(tmp.path() / "map2", "$L\n" + lib.string() + "\n");
   std::string rid = NComponent::getCatalogList("L", (tmp.path() / "map2").string(), lib.string());
-  EXPECT_EQ(list1D(rid), (std::vector<std::string>{"good one"}));
+  EXPECT_EQ(list1D(rid), TLines{"good one"});
   removeList(rid);
 }
 
-TEST_F(CatalogTest, EmptyListWritesAnEmptyFileAndUnknownRidFails) {
+TEST_F(CatalogTest, EmptyListWritesAnEmptyFileAndUnknownRidOrConfigFails) {
   std::string rid = NComponent::new1DList();
   writeFile(config / "catalog.list", "old\n");
   EXPECT_TRUE(NComponent::saveCatalogList(rid));
   EXPECT_EQ(readFile(config / "catalog.list"), "");
-  removeList(rid);
   host.clearRecords();
   writeFile(config / "catalog.list", "kept\n");
   EXPECT_FALSE(NComponent::saveCatalogList("12345"));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Saving catalog list to file: unknown RID."));
   EXPECT_EQ(readFile(config / "catalog.list"), "kept\n");
-}
-
-TEST_F(CatalogTest, MissingConfigNameFailsTheSave) {
   host.clearService("get config");
-  std::string rid = NComponent::new1DList();
-  host.clearRecords();
   EXPECT_FALSE(NComponent::saveCatalogList(rid));
-  EXPECT_EQ(
-      host.texts("translation", "ERROR"),
-      (std::vector<std::string>{"Saving catalog list to file: cannot obtain path to the configuration directory."}));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            (TLines{"Saving catalog list to file: unknown RID.",
+                    "Saving catalog list to file: cannot obtain path to the configuration directory."}));
   removeList(rid);
 }
 
@@ -124,15 +99,13 @@ TEST_F(CatalogTest, SwitchesAreHostParameters) {
 }
 
 TEST(CatalogLogFilter, KeepsTheMessageOfErrorAndWarningLines) {
-  using NComponent::NCatalog::filterLogLine;
-  EXPECT_EQ(filterLogLine("Error: bad", true), "bad");
-  EXPECT_EQ(filterLogLine("WARNING bad", true), "bad");
-  EXPECT_EQ(filterLogLine("warn:::  bad", true), "bad");
-  EXPECT_EQ(filterLogLine("  errors found: 2 parts", true), "found: 2 parts");
-  EXPECT_EQ(filterLogLine("error", true), "");
-  EXPECT_EQ(filterLogLine("no errors found", true), "");
-  EXPECT_EQ(filterLogLine("Warning: x", false), "");
-  EXPECT_EQ(filterLogLine("ERROR: x", false), "x");
+  const std::vector<std::tuple<std::string, bool, std::string>> cases = {
+      {"Error: bad", true, "bad"},   {"WARNING bad", true, "bad"},
+      {"warn:::  bad", true, "bad"}, {"  errors found: 2 parts", true, "found: 2 parts"},
+      {"error", true, ""},           {"no errors found", true, ""},
+      {"Warning: x", false, ""},     {"ERROR: x", false, "x"}};
+  for (const auto& c : cases)
+    EXPECT_EQ(NComponent::NCatalog::filterLogLine(std::get<0>(c), std::get<1>(c)), std::get<2>(c)) << std::get<0>(c);
 }
 
 TEST(CatalogCommandLine, PiecesInOrderWithQuotingAndSwap) {
@@ -148,28 +121,24 @@ TEST(CatalogCommandLine, PiecesInOrderWithQuotingAndSwap) {
   EXPECT_NE(swapped.find(" -r /l/rejected_parts.caf -w >> /l/tbl2flat.log 2>&1\""), std::string::npos);
 }
 
+// Without the tool's log the report keeps its first section and fails.
 TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
+  const std::string rule(79, '-'),
+      head = rule + "\n Problems related due to absence of neutral catalog data files\n" + rule;
+  writeFile(config / "catalog.list", "");
+  EXPECT_FALSE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"), head + "\n\n");
+  EXPECT_TRUE(host.logged("translation", "ERROR",
+                          "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
+                              (log / "tbl2flat.log").string()));
   writeFile(config / "catalog.list", "digital\n  analog  \n");
   writeFile(catalogs / "digital_neut.tlx", "");
   writeFile(log / "tbl2flat.log", "Error: bad\nall fine\nWARNING  also bad\nerror\n\nwarn:::  x\n");
   EXPECT_TRUE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
-  const std::string rule(79, '-');
   EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
-            rule + "\n Problems related due to absence of neutral catalog data files\n" + rule +
-                "\nERROR: content of the following catalog has not been saved: analog\n\n" + rule +
+            head + "\nERROR: content of the following catalog has not been saved: analog\n\n" + rule +
                 "\n Problems found by the tbl2flat tool\n" + rule + "\nbad\nalso bad\nx\n");
   EXPECT_TRUE(host.logged("translation", "DEBUG", "Verifying catalog data."));
-}
-
-TEST_F(CatalogTest, ReportFailsWithoutToolLogButKeepsTheFirstSection) {
-  writeFile(config / "catalog.list", "");
-  EXPECT_FALSE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
-  const std::string rule(79, '-');
-  EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
-            rule + "\n Problems related due to absence of neutral catalog data files\n" + rule + "\n\n");
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
-                              (log / "tbl2flat.log").string()));
 }
 
 TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPath) {
@@ -182,25 +151,16 @@ TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPath) {
   EXPECT_FALSE(NComponent::NCatalog::readLocationMapTable(tmp.path() / "none", table));
 }
 
-TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
+TEST(NeutralCatalogs, ReadsPartsWithWarningsAndFailsOnUnparsableFiles) {
   CFakeHost host;
   CTempDir tmp;
   log4cxx::LoggerPtr translation = host.logger("get component translation logger");
-  writeFile(tmp.path() / "c_neut.tlx",
-            "! written by hand\n"
-            ".QRN_PART \"P-2\"\n"
-            "..QRN_PART_CONTAINER \"$LIB\\cells\"\n"
-            "..QRN_PART_CONTAINER '$OTHER/x'\n"
-            "..QRN_MAP_FILE $LIB/m.map\n"
-            "..QRN_GEOM so8\n"
-            "..QRN_COMP NAND2\n"
-            "...QRN_SYMBOL \"nand\"\n"
-            "...QRN_SYMBOL \"VLTTRANSDELETEME\"\n"
-            "..QRN_COMP EMPTY\n"
-            "...QRN_SYMBOL VLTTRANSDELETEME\n"
-            ".QRN_PART\n"
-            ".QRN_PART P-1\n"
-            "..QRN_GEOM a\"b\n");
+  writeFile(
+      tmp.path() / "c_neut.tlx",
+      "! written by hand\n.QRN_PART \"P-2\"\n..QRN_PART_CONTAINER \"$LIB\\cells\"\n..QRN_PART_CONTAINER '$OTHER/x'\n"
+      "..QRN_MAP_FILE $LIB/m.map\n..QRN_GEOM so8\n..QRN_COMP NAND2\n...QRN_SYMBOL \"nand\"\n"
+      "...QRN_SYMBOL \"VLTTRANSDELETEME\"\n..QRN_COMP EMPTY\n...QRN_SYMBOL VLTTRANSDELETEME\n"
+      ".QRN_PART\n.QRN_PART P-1\n..QRN_GEOM a\"b\n");
   NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{{"$LIB", "/hard/lib"}});
   ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", {translation, log4cxx::LoggerPtr()}));
   ASSERT_EQ(reader.parts.size(), 3u);
@@ -214,28 +174,18 @@ TEST(NeutralCatalogs, ReadsPartsWithWarnings) {
   EXPECT_TRUE(part.components.back().symbols.empty());
   EXPECT_TRUE(reader.parts.count(""));
   EXPECT_EQ(reader.parts.at("P-1").geoms, (std::list<std::string>{"a\"b"}));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{
-                "Reading neutral catalog file: next occurence of the QRN_PART_CONTAINER node found for part: P-2",
-                "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: NAND2",
-                "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: EMPTY"}));
-}
+  EXPECT_EQ(
+      host.texts("translation", "WARN"),
+      (TLines{"Reading neutral catalog file: next occurence of the QRN_PART_CONTAINER node found for part: P-2",
+              "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: NAND2",
+              "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: EMPTY"}));
 
-TEST(NeutralCatalogs, UnparsableFileFails) {
-  CFakeHost host;
-  CTempDir tmp;
-  log4cxx::LoggerPtr translation = host.logger("get component translation logger");
   writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
-  NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{});
   EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", {translation, log4cxx::LoggerPtr()}));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Reading neutral catalog file: cannot parse neutral catalog file: " + (tmp.path() / "bad_neut.tlx").string()));
 }
-
-}  // namespace
-
-namespace {
 
 TEST_F(CatalogTest, EmptyCatalogListRemovesTheOldLogAndRunsNothing) {
   host.setService("get qlln installation path", tmp.str());
@@ -251,8 +201,7 @@ TEST_F(CatalogTest, ToolEnvironmentFailureEndsTheStep) {
   writeFile(config / "catalog.list", "digital\nanalog\n");
   EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain QLLN's QRN_HOME directory."));
-  EXPECT_EQ(host.texts("translation", "INFO"),
-            (std::vector<std::string>{"Saving catalog: " + kExamples + "/catalogs/digital"}));
+  EXPECT_EQ(host.texts("translation", "INFO"), TLines{"Saving catalog: " + kExamples + "/catalogs/digital"});
   EXPECT_FALSE(fs::exists(catalogs / "digital_neut.tlx"));
 }
 
@@ -265,9 +214,8 @@ TEST_F(CatalogTest, MissingInputsOfSaveCatalogs) {
   host.failService("get neutral");
   host.clearRecords();
   EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
-  EXPECT_EQ(
-      host.texts("translation", "ERROR"),
-      (std::vector<std::string>{"Saving catalogs to neutral format: cannot obtain path to the neutral directory: "}));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            TLines{"Saving catalogs to neutral format: cannot obtain path to the neutral directory: "});
   host.failService("get neutral", false);
   fs::remove_all(wdir / "neutral");
   writeFile(config / "catalog.list", "");

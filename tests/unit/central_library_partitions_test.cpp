@@ -13,7 +13,6 @@
 
 using namespace vlttest;
 namespace fs = boost::filesystem;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -59,9 +58,9 @@ TEST_F(PartitionsTest, EachFunctionNeedsThePreparedLibrary) {
   EXPECT_FALSE(NComponent::addPDBPartitions());
   EXPECT_FALSE(NComponent::addCellPartitions("anything"));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            (Strings{"Adding PDB partitions: " + missing, "Adding PDB partitions: " + missing,
-                     "Adding cell partitions: " + missing}));
-  EXPECT_EQ(host.texts("translation", "DEBUG"), (Strings{"Adding PDB partitions.", "Adding PDB partitions."}));
+            (TLines{"Adding PDB partitions: " + missing, "Adding PDB partitions: " + missing,
+                    "Adding cell partitions: " + missing}));
+  EXPECT_EQ(host.texts("translation", "DEBUG"), (TLines{"Adding PDB partitions.", "Adding PDB partitions."}));
 }
 
 TEST_F(PartitionsTest, ListFilesGiveSymbolAndPdbPartitionsAndAToolProblemIsAWarning) {
@@ -73,8 +72,8 @@ TEST_F(PartitionsTest, ListFilesGiveSymbolAndPdbPartitionsAndAToolProblemIsAWarn
   EXPECT_TRUE(NComponent::addPDBPartitions());
   EXPECT_EQ(partitions(), "symbol logic\nsymbol analog\npdb digital\n");
   EXPECT_EQ(host.texts("component", "WARN"),
-            Strings{"LibForge found problem(s) during adding partition from file: " +
-                    (wdir / "config" / "catalog.list").string() + ". Returned code: 3"});
+            TLines{"LibForge found problem(s) during adding partition from file: " +
+                   (wdir / "config" / "catalog.list").string() + ". Returned code: 3"});
   EXPECT_NE(readFile(wdir / "log" / "libforge.log").find("Error: invalid partition name: '..'"), std::string::npos);
   EXPECT_NE(readFile(wdir / "log" / "libforge_int.log").find("partition created: symbol logic"), std::string::npos);
 
@@ -82,9 +81,9 @@ TEST_F(PartitionsTest, ListFilesGiveSymbolAndPdbPartitionsAndAToolProblemIsAWarn
   EXPECT_FALSE(NVlt2HrwHelpers::createCLPartition(index, "x", "Symbol"));
   EXPECT_FALSE(NVlt2HrwHelpers::createCLPartitionsFromFile(index, "f", "Cell"));
   EXPECT_EQ(host.texts("component", "ERROR"),
-            (Strings{"Unknown partition type: Symbol", "Unknown partition type: Cell"}));
+            (TLines{"Unknown partition type: Symbol", "Unknown partition type: Cell"}));
   EXPECT_EQ(host.texts("component", "DEBUG"),
-            (Strings{"Preparing target Central Library.", "Preparing target Central Library."}));
+            (TLines{"Preparing target Central Library.", "Preparing target Central Library."}));
 }
 
 TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechnology) {
@@ -100,23 +99,22 @@ TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechno
   EXPECT_TRUE(NComponent::addCellPartitions(""));
   EXPECT_EQ(partitions(), "cell smd_ic\ncell c d\ncell e_f\n");
   EXPECT_EQ(host.texts("translation", "DEBUG"),
-            (Strings{"Adding cell partitions for technology: default.", "Preparing target Central Library.",
-                     "Preparing target Central Library.", "Preparing target Central Library.",
-                     "Adding cell partitions for technology: bare."}));
+            (TLines{"Adding cell partitions for technology: default.", "Preparing target Central Library.",
+                    "Preparing target Central Library.", "Preparing target Central Library.",
+                    "Adding cell partitions for technology: bare."}));
 
   // A technology whose containers are missing stops the walk.
   writeFile(wdir / "config" / "geom_technology" / "c.xml", "<rig/>");
   host.clearRecords();
   EXPECT_FALSE(NComponent::addCellPartitions(""));
-  EXPECT_EQ(host.texts("translation", "FATAL"),
-            Strings{"Technology container 'default' not found in file: '" +
-                    (wdir / "config" / "geom_technology" / "c.xml").string() + "'"});
+  EXPECT_EQ(host.texts("translation", "FATAL"), TLines{"Technology container 'default' not found in file: '" +
+                                                       (wdir / "config" / "geom_technology" / "c.xml").string() + "'"});
   fs::remove(wdir / "config" / "geom_technology" / "c.xml");
   host.clearRecords();
   EXPECT_FALSE(NComponent::addCellPartitions(""));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Technology container file does not exist: \"" +
-                    (wdir / "config" / "geom_technology" / "c.xml").string() + "\""});
+            TLines{"Technology container file does not exist: \"" +
+                   (wdir / "config" / "geom_technology" / "c.xml").string() + "\""});
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ using NSymbol::CSymbolData;
 using NSymbol::CSymbolDataMapping;
 using NSymbol::TDataMapping;
 using NSymbol::TPartitionData;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -35,14 +34,14 @@ struct ConfigFilesTest : StartedHostTest {
     EXPECT_TRUE(parser.write(file(name)));
     return readFile(file(name));
   }
-  Strings sources(CCatalogDataMapping& mapping) {
-    Strings out;
+  TLines sources(CCatalogDataMapping& mapping) {
+    TLines out;
     for (const auto& property : mapping) out.push_back(property.sourceName + "=" + property.targetName);
     return out;
   }
-  Strings catalogs(CCatalogPropValData& data) { return Strings(data.beginCatalogs(), data.endCatalogs()); }
-  Strings partitions(CSymbolData& data) {
-    Strings out;
+  TLines catalogs(CCatalogPropValData& data) { return TLines(data.beginCatalogs(), data.endCatalogs()); }
+  TLines partitions(CSymbolData& data) {
+    TLines out;
     for (const TPartitionData& p : data) out.push_back(p.name + "|" + p.rename + "|" + p.file + "|" + p.id);
     return out;
   }
@@ -68,35 +67,35 @@ TEST_F(ConfigFilesTest, CatalogDataMappingUpdatesRoundTripAndWalk) {
   for (const char* name : {"A", "B"}) EXPECT_TRUE(mapping.updatePropertyMapping({name, "1"}, true));
   EXPECT_TRUE(mapping.updatePropertyMapping({"A", "3"}, true));
   EXPECT_TRUE(mapping.updatePropertyMapping({"A", ""}, false));
-  EXPECT_EQ(sources(mapping), (Strings{"B=1", "A="})) << "an updated row moves to the end";
+  EXPECT_EQ(sources(mapping), (TLines{"B=1", "A="})) << "an updated row moves to the end";
   // An unknown name without adding (names compare with case) leaves the document.
   const std::string before = written(mapping);
   EXPECT_FALSE(mapping.updatePropertyMapping({"a", "5"}, false));
   EXPECT_EQ(written(mapping, "after.xml"), before);
   CCatalogDataMapping reread(logger);
   ASSERT_TRUE(reread.parse(file("out.xml")));
-  EXPECT_EQ(sources(reread), (Strings{"B=1", "A="}));
+  EXPECT_EQ(sources(reread), (TLines{"B=1", "A="}));
   writeFile(file("in.xml"),
             "<rig><catalog_data><data_map><property_map><property pdb='only'/></property_map>"
             "</data_map></catalog_data></rig>");
   ASSERT_TRUE(reread.parse(file("in.xml")));
-  EXPECT_EQ(sources(reread), Strings{"=only"}) << "a missing attribute reads empty";
+  EXPECT_EQ(sources(reread), TLines{"=only"}) << "a missing attribute reads empty";
   EXPECT_TRUE(host.records().empty());
 
   // A row added behind a walk lengthens it by a position it cannot read.
-  Strings seen;
+  TLines seen;
   for (auto it = mapping.begin(); it != mapping.end(); ++it) {
     TCatalogProperty property = *it;
     seen.push_back(property.sourceName);
     if (property.sourceName == "B") mapping.updatePropertyMapping({"C", "3"}, true);
   }
-  EXPECT_EQ(seen, (Strings{"B", "A", ""}));
-  EXPECT_EQ(host.lines(), Strings{"translation ERROR Not found element nb.: 2."});
+  EXPECT_EQ(seen, (TLines{"B", "A", ""}));
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element nb.: 2."});
   host.clearRecords();
 
   mapping.parser.createEmptyDocument("rig");
   EXPECT_FALSE(mapping.updatePropertyMapping({"A", "1"}, true));
-  EXPECT_EQ(host.lines(), Strings{"translation ERROR Not found element: rig/catalog_data/data_map/property_map."});
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element: rig/catalog_data/data_map/property_map."});
   EXPECT_EQ(written(mapping), kDecl + "<rig />\n");
 }
 
@@ -118,14 +117,14 @@ TEST_F(ConfigFilesTest, ValueCatalogsAndPropertiesRoundTripAndClear) {
                                "      </ql_property_list>\n    </value_property_mapping>\n  </catalog_data>\n</rig>\n");
   CCatalogPropValData reread(logger);
   ASSERT_TRUE(reread.parse(file("out.xml")));
-  EXPECT_EQ(catalogs(reread), (Strings{"cat1", "cat 2"}));
-  EXPECT_EQ(Strings(reread.beginProperties(), reread.endProperties()), (Strings{"VALUE", "TOL"}));
+  EXPECT_EQ(catalogs(reread), (TLines{"cat1", "cat 2"}));
+  EXPECT_EQ(TLines(reread.beginProperties(), reread.endProperties()), (TLines{"VALUE", "TOL"}));
 
   reread.clearCatalogs();
-  EXPECT_EQ(Strings(reread.beginProperties(), reread.endProperties()).size(), 2u);
+  EXPECT_EQ(TLines(reread.beginProperties(), reread.endProperties()).size(), 2u);
   reread.addCatalog("new");
   reread.clearProperties();
-  EXPECT_EQ(catalogs(reread), Strings{"new"});
+  EXPECT_EQ(catalogs(reread), TLines{"new"});
   EXPECT_EQ(written(reread).find("ql_property"), std::string::npos) << "the list element goes too";
 
   // Every catalog list is cleared; an element missing under a walk reads empty and is reported.
@@ -134,11 +133,11 @@ TEST_F(ConfigFilesTest, ValueCatalogsAndPropertiesRoundTripAndClear) {
             "</catalog_list><catalog_list><catalog/></catalog_list></value_property_mapping>"
             "</catalog_data></rig>");
   ASSERT_TRUE(reread.parse(file("in.xml")));
-  EXPECT_EQ(catalogs(reread), (Strings{"a", ""}));
+  EXPECT_EQ(catalogs(reread), (TLines{"a", ""}));
   auto it = reread.beginCatalogs();
   reread.clearCatalogs();
   EXPECT_EQ(*it, "");
-  EXPECT_EQ(host.lines(), Strings{"translation ERROR Not found element nb.: 0."});
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element nb.: 0."});
   EXPECT_EQ(reread.beginCatalogs(), reread.endCatalogs());
 }
 
@@ -168,7 +167,7 @@ TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   CSymbolData reread(logger);
   ASSERT_TRUE(reread.parse(file("out.xml")));
   EXPECT_EQ(std::make_tuple(reread.getStart(), reread.getStop(), reread.getDepth()), std::make_tuple(2, 3, 4));
-  EXPECT_EQ(partitions(reread), (Strings{"a_b|AB|symbol_data_mapping.xml|default", "c|c|m.xml|x"}));
+  EXPECT_EQ(partitions(reread), (TLines{"a_b|AB|symbol_data_mapping.xml|default", "c|c|m.xml|x"}));
   EXPECT_EQ(reread.findPartition("c").rename, "c");
   EXPECT_EQ(reread.findPartition("C").name, "") << "names compare exactly";
   EXPECT_TRUE(host.records().empty());
@@ -176,11 +175,11 @@ TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   // An existing record keeps its place; partition_data is made again after removal.
   EXPECT_TRUE(reread.addPartition({"a_b", "A2", "g", "j"}, false));
   EXPECT_FALSE(reread.addPartition({"z", "z", "f", "i"}, false));
-  EXPECT_EQ(partitions(reread), (Strings{"a_b|A2|g|j", "c|c|m.xml|x"}));
+  EXPECT_EQ(partitions(reread), (TLines{"a_b|A2|g|j", "c|c|m.xml|x"}));
   reread.removePartitionData();
   EXPECT_EQ(reread.begin(), reread.end());
   EXPECT_TRUE(reread.addPartition({"n", "n", "f", "i"}, true));
-  EXPECT_EQ(partitions(reread), Strings{"n|n|f|i"});
+  EXPECT_EQ(partitions(reread), TLines{"n|n|f|i"});
 }
 
 TEST_F(ConfigFilesTest, LevelsAreWholeNumbersAndSettingOneMakesCommon) {
@@ -246,9 +245,9 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
   changed.id = "default";
   changed.pinTypes["IN"] = "IN";
   EXPECT_TRUE(mapping.setDataMapping(changed, false));
-  Strings ids;
+  TLines ids;
   for (const TDataMapping& m : mapping) ids.push_back(m.id);
-  EXPECT_EQ(ids, (Strings{"other", "default"}));
+  EXPECT_EQ(ids, (TLines{"other", "default"}));
   EXPECT_EQ(mapping.findMapping("default").pinTypes, changed.pinTypes);
   EXPECT_TRUE(mapping.findMapping("default").scaling.empty());
 
@@ -296,7 +295,7 @@ TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   const std::string missing = file("none.xml").string();
   EXPECT_FALSE(readConfig(start, stop, depth, nullptr, "none.xml"));
   const std::string noFile = "Loading symbols configuration file: symbol data file does not exist: " + missing;
-  EXPECT_EQ(host.lines(), (Strings{"translation ERROR " + noFile, "component ERROR " + noFile}));
+  EXPECT_EQ(host.lines(), (TLines{"translation ERROR " + noFile, "component ERROR " + noFile}));
   EXPECT_FALSE(NVlt2HrwHelpers::readSymbolConfigurationData(tmp.path(), start, stop, depth, nullptr))
       << "a directory is no file";
   writeFile(file("bad.xml"), "<rig");
@@ -315,13 +314,13 @@ TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   const std::string refusal = "Reading symbol configuration data: invalid content of file, or file is incomplete: " +
                               file("symbol_data.xml").string();
   const std::string noCommon = "Not found symbol data 'common' node.";
-  EXPECT_EQ(host.texts("translation", "ERROR"), (Strings{noCommon, noCommon, noCommon, refusal}));
-  EXPECT_EQ(host.texts("component", "ERROR"), Strings{refusal});
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{noCommon, noCommon, noCommon, refusal}));
+  EXPECT_EQ(host.texts("component", "ERROR"), TLines{refusal});
   host.clearRecords();
 
   host.clearService("get wdir");
   EXPECT_FALSE(readConfig(start, stop, depth));
-  EXPECT_EQ(host.lines(), Strings{"translation ERROR Working directory has not been set."});
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Working directory has not been set."});
 }
 
 }  // namespace

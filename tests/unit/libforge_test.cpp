@@ -3,10 +3,8 @@
 // failure on request, is checked with create_wdir.)
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <boost/filesystem.hpp>
-#include <cstdlib>
 
 #include "support/fake_host.hpp"
 
@@ -31,10 +29,8 @@ struct LibForgeTest : ::testing::Test {
   // Runs the tool with `args` (already quoted where needed); stdout and
   // stderr go to output().
   int run(const std::string& args) {
-    std::string command = quote(std::string(VLT_TOOLS_DIR) + "/libforge.exe") + " " + args + " > " +
-                          quote((tmp.path() / "out.txt").string()) + " 2>&1";
-    int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return shell(quote(std::string(VLT_TOOLS_DIR) + "/libforge.exe") + " " + args + " > " +
+                 quote((tmp.path() / "out.txt").string()) + " 2>&1");
   }
   int partition(const std::string& type, const std::string& name) {
     return run("-CreatePartition " + zpc() + " -partitiontype=" + type + " " + quote("-partitionname=" + name) + " " +

@@ -52,9 +52,9 @@ TEST_F(ListTest, OneDimensionalItemsAndBounds) {
 TEST_F(ListTest, TwoDimensionalRowRules) {
   std::string rid = NComponent::new2DList();
   NComponent::addRowItemTo2DList(rid, "lost");
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{"component DEBUG Creating 2D list.",
-                                                    "translation ERROR List is empty - the item cannot be added.",
-                                                    "component ERROR List is empty - the item cannot be added."}));
+  EXPECT_EQ(host.lines(),
+            (TLines{"component DEBUG Creating 2D list.", "translation ERROR List is empty - the item cannot be added.",
+                    "component ERROR List is empty - the item cannot be added."}));
   EXPECT_EQ(get2DListSize(rid), 0);
   NComponent::addRowTo2DList(rid);
   NComponent::addRowItemTo2DList(rid, "x");
@@ -75,11 +75,10 @@ TEST_F(ListTest, UnknownRidMessages) {
   NComponent::addRowTo2DList("1");
   NComponent::addRowItemTo2DList("1", "x");
   NComponent::addTwoColItemTo2DList("1", "a", "b");
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{"Invalid RID passed to add_item_to_1d_list() function.",
-                                      "Invalid RID passed to add_row_to_2d_list() function.",
-                                      "Invalid RID passed to add_row_item_to_2d_list() function.",
-                                      "Invalid RID passed to add_item_to_1d_list() function."}));
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{"Invalid RID passed to add_item_to_1d_list() function.",
+                                                        "Invalid RID passed to add_row_to_2d_list() function.",
+                                                        "Invalid RID passed to add_row_item_to_2d_list() function.",
+                                                        "Invalid RID passed to add_item_to_1d_list() function."}));
   EXPECT_EQ(host.texts("component", "ERROR").size(), 4u);
 }
 
@@ -92,7 +91,7 @@ TEST_F(ListTest, AddingWithoutWdirDoesNothingBeyondThePrologue) {
   NComponent::addRowItemTo2DList(rid, "x");
   NComponent::addTwoColItemTo2DList(rid, "a", "b");
   NComponent::addRowTo2DList(rid);
-  EXPECT_EQ(host.texts("translation", "ERROR"), (std::vector<std::string>(4, "Working directory has not been set.")));
+  EXPECT_EQ(host.texts("translation", "ERROR"), TLines(4, "Working directory has not been set."));
   EXPECT_EQ(host.records().size(), 4u);
   // The queries need no working directory.
   EXPECT_EQ(get2DListSize(rid), 1);
@@ -109,14 +108,9 @@ TEST_F(ListTest, RemovedRidIsUnknownAndNegativeColumnIsMissing) {
   removeList(rid);  // a second remove is ignored
   host.clearRecords();
   NComponent::addTwoColItemTo2DList(rid, "c", "d");
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{"Invalid RID passed to add_item_to_1d_list() function."}));
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{"Invalid RID passed to add_item_to_1d_list() function."}));
   EXPECT_EQ(get2DListItem(rid, 0, 0), "");
 }
-
-}  // namespace
-
-namespace {
 
 // A RID of the other kind is taken for an unknown one, never read as the
 // wrong type.
@@ -132,9 +126,8 @@ TEST_F(ListTest, ListsOfTheOtherKindAreNotReadAsThisKind) {
   EXPECT_EQ(get2DListItem(one, 0, 0), "");
   NComponent::addItemTo1DList(two, "x");
   NComponent::addRowTo2DList(one);
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{"Invalid RID passed to add_item_to_1d_list() function.",
-                                      "Invalid RID passed to add_row_to_2d_list() function."}));
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{"Invalid RID passed to add_item_to_1d_list() function.",
+                                                        "Invalid RID passed to add_row_to_2d_list() function."}));
   EXPECT_EQ(get1DListSize(one), 1);
   EXPECT_EQ(get2DListSize(two), 1);
   removeList(one);  // one handler removes either kind

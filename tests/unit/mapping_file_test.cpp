@@ -21,12 +21,12 @@ struct MappingFileTest : StartedHostTest {
   }
   // The symbols read from `text`, one line each as
   // "name second comp extra1 extra2: pin mapped,names swap | ...".
-  std::vector<std::string> read(const std::string& text, MappingFile mapping = {}) {
+  TLines read(const std::string& text, MappingFile mapping = {}) {
     writeFile(path, text);
     NComponent::CScriptCall call;
     host.clearRecords();
     EXPECT_TRUE(readMappingFile(mapping, path, call));
-    std::vector<std::string> out;
+    TLines out;
     for (const auto& s : mapping.symbols) {
       std::string line = s.name + " " + s.secondName + " " + s.comp + " " + s.extra1 + " " + s.extra2 + ":";
       for (const auto& pin : s.pins) {
@@ -38,23 +38,23 @@ struct MappingFileTest : StartedHostTest {
     }
     return out;
   }
-  std::vector<std::string> warnings() const { return host.texts("translation", "WARN"); }
+  TLines warnings() const { return host.texts("translation", "WARN"); }
   std::string at(int line) const { return " at line " + std::to_string(line) + " in file: " + path; }
 };
 
 TEST_F(MappingFileTest, SymbolsAndPins) {
   EXPECT_EQ(read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
                  "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"),
-            (std::vector<std::string>{"nand_a 1 NAND2  : A 1,2,3 S1 | B 4 S2 |", "\"nor\" 2 NOR2 e1 e2: c 5 s |"}));
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation DEBUG Reading mapping file: " + path,
-                                                    "component DEBUG Reading mapping file: " + path}));
+            (TLines{"nand_a 1 NAND2  : A 1,2,3 S1 | B 4 S2 |", "\"nor\" 2 NOR2 e1 e2: c 5 s |"}));
+  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Reading mapping file: " + path,
+                                  "component DEBUG Reading mapping file: " + path}));
 }
 
 TEST_F(MappingFileTest, OddLinesAndTheirWarnings) {
   const std::string prefix = "Reading mapping file: ";
   struct TCase {
     std::string text;
-    std::vector<std::string> symbols, warnings;
+    TLines symbols, warnings;
   };
   const std::vector<TCase> cases = {
       // Swap codes: one is taken, the pin stays without one.

@@ -33,25 +33,14 @@ const char kRule[] = "----------------------------------------------------------
 
 // A working directory with the parts database step's directories, and a
 // fake generator in a bin directory of its own.
-struct PdbTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path wdir, config, log, catalogs, bin;
+struct PdbTest : WorkDirHostTest {
+  fs::path bin = tmp.path() / "bin";
 
   void SetUp() override {
-    wdir = tmp.path() / "wdir";
-    config = wdir / "config";
-    log = wdir / "log";
-    catalogs = wdir / "neutral" / "catalogs";
-    bin = tmp.path() / "bin";
-    for (const auto& dir : {config, log / "reports", catalogs, bin}) fs::create_directories(dir);
-    ASSERT_TRUE(host.start());
-    host.setWdir(wdir.string());
-    host.setLibrary(tmp.str());
+    WorkDirHostTest::SetUp();
+    fs::create_directories(bin);
     host.setService("get rig install bin", bin.string());
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 
   // A generator that records its directory and arguments, then runs `body`.
   void fakeGenerator(const std::string& body) {
@@ -60,11 +49,6 @@ struct PdbTest : ::testing::Test {
     fs::permissions(tool, fs::owner_all);
   }
   std::string args() { return readFile(bin / "qrn2pdb.exe.args"); }
-  std::vector<std::string> list1D(const std::string& rid) {
-    std::vector<std::string> items;
-    for (int i = 0; i < ::get1DListSize(rid); ++i) items.push_back(::get1DListItem(rid, i));
-    return items;
-  }
 };
 
 TEST_F(PdbTest, QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock) {
@@ -241,20 +225,16 @@ TEST_F(PdbTest, ValueListsCarryOneListEachInFileOrder) {
             "<rig><catalog_data><value_property_mapping><catalog_list><catalog name='z'/><catalog name='a'/>"
             "</catalog_list><ql_property_list><ql_property name='VALUE'/></ql_property_list>"
             "</value_property_mapping></catalog_data></rig>");
-  std::string rid = NComponent::getValueCatalogList();
-  EXPECT_EQ(list1D(rid), (std::vector<std::string>{"z", "a"}));
-  ::removeList(rid);
-
-  rid = NComponent::new1DList();
+  std::string rid = NComponent::new1DList();
   NComponent::addItemTo1DList(rid, "TOL");
   NComponent::addItemTo1DList(rid, "VALUE");
   ASSERT_TRUE(NComponent::saveValuePropertyList(rid));
   ::removeList(rid);
   rid = NComponent::getValuePropertyList();
-  EXPECT_EQ(list1D(rid), (std::vector<std::string>{"TOL", "VALUE"}));
+  EXPECT_EQ(list1D(rid), (TLines{"TOL", "VALUE"}));
   ::removeList(rid);
   rid = NComponent::getValueCatalogList();
-  EXPECT_EQ(list1D(rid), (std::vector<std::string>{"z", "a"}));
+  EXPECT_EQ(list1D(rid), (TLines{"z", "a"}));
   ::removeList(rid);
 
   const std::string before = readFile(file);

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <boost/filesystem.hpp>
-#include <cstdlib>
 
 #include "support/fake_host.hpp"
 
@@ -52,7 +51,7 @@ struct PdbToolsTest : ::testing::Test {
                                 " " + options + " -m " + r + "lists " + r + "qrn.caf " + r + "cat_neut.tlx " + r +
                                 "cat.tlx 1 0 dummy dummy " + r + "symbols_1 " + r + pinSource + " dummy " + r +
                                 "rejected " + r + "partitions " + r + "Library.zpc";
-    return WEXITSTATUS(std::system(command.c_str()));
+    return shell(command);
   }
 };
 
@@ -90,7 +89,7 @@ TEST_F(PdbToolsTest, PinListChecksCellPinsInTheChosenCase) {
 
 TEST_F(PdbToolsTest, GeneratorRefusesAWrongCountAndFailsPerCatalogOnRequest) {
   const std::string command = "cd " + logs.string() + " && " + (kTools / "qrn2pdb.exe").string() + " -z -m a b c";
-  EXPECT_EQ(WEXITSTATUS(std::system((command + " > /dev/null").c_str())), 1);
+  EXPECT_EQ(shell(command + " > /dev/null"), 1);
   EXPECT_EQ(readFile(logs / "qrn2pdb.txt"), "Error: expected 13 arguments behind -m <symbol list directory>, got 2\n");
   EXPECT_EQ(generate("", "Library.zpc", "QRN2PDB_FAIL=other=exit:4,cat=exit:7 >/dev/null"), 7);
   EXPECT_EQ(readFile(logs / "qrn2pdb.txt"),
@@ -101,9 +100,7 @@ TEST_F(PdbToolsTest, GeneratorRefusesAWrongCountAndFailsPerCatalogOnRequest) {
 TEST_F(PdbToolsTest, ImportToolRefusesBadInputs) {
   const std::string tool = (kTools / "tlx2partsdb").string();
   const std::string log = (root / "t.log").string();
-  auto run = [&](const std::string& args) {
-    return WEXITSTATUS(std::system((tool + " " + args + " -l " + log + " > /dev/null").c_str()));
-  };
+  auto run = [&](const std::string& args) { return shell(tool + " " + args + " -l " + log + " > /dev/null"); };
   writeFile(root / "cat.tlx", ".PDB_CATALOG \"cat\"\n");
   EXPECT_EQ(run("-w -i " + (root / "cat.tlx").string() + " -o cat.pdb"), 1);
   EXPECT_EQ(run("-w -i " + (root / "cat.tlx").string() + " -o cat.pdb -c " + (root / "none.zpc").string()), 2);

@@ -20,22 +20,18 @@ namespace fs = boost::filesystem;
 namespace {
 
 using TProcess = CRunProgram<std::string>::TProcess;
-using TLines = std::vector<std::string>;
 
-struct PipedProcessTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
+struct PipedProcessTest : StartedHostTest {
   std::unique_ptr<CRunProgram<std::string>> run;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
+    StartedHostTest::SetUp();
     run = std::make_unique<CRunProgram<std::string>>(NComponent::getTranslationLogger(*gComponent));
-    host.clearRecords();
     host.setLevel("DEBUG");
   }
   void TearDown() override {
     run.reset();
-    host.release();
+    StartedHostTest::TearDown();
   }
 
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }

@@ -29,14 +29,13 @@ struct CTerviaRoot {
   std::optional<std::string> mOld;
 };
 
-struct QllnEnvironmentTest : ::testing::Test {
-  CFakeHost host;
+struct QllnEnvironmentTest : StartedHostTest {
   log4cxx::LoggerPtr translation;
   std::optional<NComponent::CPrivateLogger> component;
   std::unique_ptr<CRunProgram<std::string>> run;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
+    StartedHostTest::SetUp();
     translation = NComponent::getTranslationLogger(*gComponent);
     component.emplace(*gComponent);
     host.setService("get qlln installation path", "/opt/qlln");
@@ -45,7 +44,7 @@ struct QllnEnvironmentTest : ::testing::Test {
   void TearDown() override {
     run.reset();
     component.reset();
-    host.release();
+    StartedHostTest::TearDown();
   }
 
   // A runner starting from `env`.
@@ -136,16 +135,16 @@ TEST_F(QllnEnvironmentTest, FailuresChangeNothingAndLogOnBothSinks) {
   host.failService("get platform", false);
   host.setPlatform(0);
   EXPECT_FALSE(qrn());
-  EXPECT_EQ(host.texts("translation", "ERROR"), std::vector<std::string>(3, "Cannot obtain platform."));
-  EXPECT_EQ(host.texts("component", "ERROR"), std::vector<std::string>(3, "Cannot obtain platform."));
+  EXPECT_EQ(host.texts("translation", "ERROR"), TLines(3, "Cannot obtain platform."));
+  EXPECT_EQ(host.texts("component", "ERROR"), TLines(3, "Cannot obtain platform."));
   host.clearRecords();
   host.setPlatform(1);
   host.clearService("get qlln installation path");
   EXPECT_FALSE(full());
   EXPECT_FALSE(qrn());
   const std::string home = "ERROR Cannot obtain QLLN's QRN_HOME directory.";
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation " + home, "component " + home, "translation " + home,
-                                                    "component " + home}));
+  EXPECT_EQ(host.lines(),
+            (TLines{"translation " + home, "component " + home, "translation " + home, "component " + home}));
   EXPECT_EQ(run->environment(), before);
 }
 

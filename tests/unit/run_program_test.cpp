@@ -26,7 +26,6 @@ namespace fs = boost::filesystem;
 namespace {
 
 using TEnv = CRunProgram<std::string>::TEnvironment;
-using TLines = std::vector<std::string>;
 
 // The lines of `file` that start with `prefix`, prefix removed.
 TLines fileLines(const fs::path& file, const std::string& prefix = "") {
@@ -40,7 +39,7 @@ TLines fileLines(const fs::path& file, const std::string& prefix = "") {
 // Replaces the process environment for the life of the object.
 class CFakeEnviron {
  public:
-  explicit CFakeEnviron(std::vector<std::string> entries) : mEntries(std::move(entries)), mSaved(environ) {
+  explicit CFakeEnviron(TLines entries) : mEntries(std::move(entries)), mSaved(environ) {
     for (auto& entry : mEntries) mPointers.push_back(&entry[0]);
     mPointers.push_back(nullptr);
     environ = mPointers.data();
@@ -48,29 +47,26 @@ class CFakeEnviron {
   ~CFakeEnviron() { environ = mSaved; }
 
  private:
-  std::vector<std::string> mEntries;
+  TLines mEntries;
   std::vector<char*> mPointers;
   char** mSaved;
 };
 
-struct RunProgramTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
+struct RunProgramTest : StartedHostTest {
   std::unique_ptr<CRunProgram<std::string>> run;
 
   void SetUp() override {
-    ASSERT_TRUE(host.start());
+    StartedHostTest::SetUp();
     run = std::make_unique<CRunProgram<std::string>>(NComponent::getTranslationLogger(*gComponent));
-    host.clearRecords();
   }
   void TearDown() override {
     run.reset();
-    host.release();
+    StartedHostTest::TearDown();
   }
 
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }
   TLines texts(const std::string& level) { return host.texts("translation", level); }
-  void obtain(std::vector<std::string> entries) {
+  void obtain(TLines entries) {
     CFakeEnviron fake(std::move(entries));
     ASSERT_TRUE(run->obtainCurrentEnvironment());
     host.clearRecords();

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "support/fake_host.hpp"
 
 namespace fs = boost::filesystem;
@@ -20,10 +18,8 @@ struct Sksym2tdToolTest : ::testing::Test {
   // Runs the tool on `script` in the temporary directory; the exit code.
   int run(const std::string& script, const std::string& environment = "") {
     writeFile(tmp.path() / "script", script);
-    const std::string command = "cd '" + tmp.str() + "' && QRN_WD='" + tmp.str() + "' " + environment + " '" +
-                                VLT_TOOLS_DIR + "/sksym2td.exe' -nostart < script > out.txt 2>&1";
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return shell("cd '" + tmp.str() + "' && QRN_WD='" + tmp.str() + "' " + environment + " '" + VLT_TOOLS_DIR +
+                 "/sksym2td.exe' -nostart < script > out.txt 2>&1");
   }
   std::string out() { return readFile(tmp.path() / "out.txt"); }
 };

@@ -10,7 +10,6 @@ using namespace vlttest;
 using NComponent::NConfig::SymNameMapManager;
 using NComponent::NConfig::SymXltConfigManager;
 using NComponent::NConfig::NSymbol::TDataMapping;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -47,8 +46,8 @@ struct SymConfigTest : StartedHostTest {
     return out;
   }
   // Each (level, text) on both sinks, translation first.
-  Strings both(const std::vector<std::pair<std::string, std::string>>& messages) {
-    Strings out;
+  TLines both(const std::vector<std::pair<std::string, std::string>>& messages) {
+    TLines out;
     for (const auto& m : messages)
       for (const char* sink : {"translation ", "init "}) out.push_back(sink + m.first + " " + m.second);
     return out;
@@ -105,7 +104,7 @@ TEST_F(SymConfigTest, XltFileFailuresAndEmptyWrite) {
   host.clearRecords();
   EXPECT_FALSE(writeXlt(manager, "no/out.cfg"));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Writing SymXlt configuration file:  cannot open file for writing: " + file("no/out.cfg")});
+            TLines{"Writing SymXlt configuration file:  cannot open file for writing: " + file("no/out.cfg")});
   host.clearRecords();
   writeFile(file("old.cfg"), "[A]\n");
   EXPECT_TRUE(writeXlt(manager, "old.cfg"));

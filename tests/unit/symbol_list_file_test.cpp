@@ -35,18 +35,9 @@ struct ListFileTest : ::testing::Test {
 };
 
 const char* const kRich =
-    ".SK_SYMBOL_PATH /lib/my symbols/nand a\n"
-    "..CATALOG cat one\n"
-    "...QRN_PART AB 123\n"
-    "....QRN_COMP NAND2\n"
-    ".....QRN_SYMBOL nand_a\n"
-    "......NAME_POSTFIX _1\n"
-    "......LOGIC_PIN_MAP \n"
-    ".......SK_PIN A\n"
-    ".......TD_PIN A[0:2]\n"
-    "..FOREIGN_NODE 'kept as is'\n"
-    "...DEEPER \n"
-    ".SK_SYMBOL_PATH /lib/x\n";
+    ".SK_SYMBOL_PATH /lib/my symbols/nand a\n..CATALOG cat one\n...QRN_PART AB 123\n....QRN_COMP NAND2\n"
+    ".....QRN_SYMBOL nand_a\n......NAME_POSTFIX _1\n......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
+    "..FOREIGN_NODE 'kept as is'\n...DEEPER \n.SK_SYMBOL_PATH /lib/x\n";
 
 TEST_F(ListFileTest, RoundTripIsByteExactAndMultiValueNodesArePadded) {
   EXPECT_EQ(rewrite(kRich), kRich);
@@ -76,7 +67,7 @@ TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStandAndReportsFailures) {
   writeFile(file("bad.caf"), ".SK_SYMBOL_PATH a/b\n...C\n");
   EXPECT_FALSE(failing.read(file("bad.caf")));
   EXPECT_TRUE(failing.list().empty());
-  EXPECT_EQ(log.messages, (std::vector<std::string>{
+  EXPECT_EQ(log.messages, (TLines{
                               "5 Cannot open the following symbol list file for reading: ",
                               "5 Inconsistency found (too many dots) at line: 2",
                               "5 Problem found during reading from the following symbol list file: ",
@@ -139,7 +130,7 @@ TEST_F(ListFileTest, DamagedOrUnwritableFilesAreReportedAndKept) {
     boost::filesystem::remove(file("c.caf"));
   }
   EXPECT_FALSE(boost::filesystem::exists(file("c.caf")));
-  EXPECT_EQ(log.messages, (std::vector<std::string>{
+  EXPECT_EQ(log.messages, (TLines{
                               "5 Inconsistency found (argument without keyword) at line: 1",
                               "5 Problem found during reading from the following symbol list file: ",
                               "5 Cannot open the following symbol list file for writing: " + name,

@@ -8,30 +8,17 @@
 #include "support/fake_host.hpp"
 
 using rig_common::CVlt2hrwSymbolNeutralHandler;
-using Strings = std::vector<std::string>;
+using Strings = vlttest::TLines;
 
 TEST(SymbolNeutralHandlerTest, ReadsTheSevenKeywords) {
   vlttest::CTempDir tmp;
   const auto file = tmp.path() / "nand2.neut";
-  vlttest::writeFile(file,
-                     "# written by the symbol tool\n"
-                     "SYMBOL nand2\r\n"
-                     "  REFDES_VALUE U?  \n"
-                     "UNIT_NAME MM\n"
-                     "PIN_SPACING 0.1\n"
-                     "\n"
-                     "UNIT_NAME\tINCH\n"
-                     "PIN_SPACING   0.10 \n"
-                     "BODY_PROPERTY  Value text\n"
-                     "BODY_PROPERTY CLASS\n"
-                     "BODY_PROPERTY CLASS\n"
-                     " # PIN_NAME X\n"
-                     "Symbol other\n"
-                     "PIN_PROPERTY PIN_NO\n"
-                     "PIN_NAME A\n"
-                     "PIN_NAME\n"
-                     "DESCRIPTION ignored\n"
-                     "PIN_NAME B");
+  vlttest::writeFile(
+      file,
+      "# written by the symbol tool\nSYMBOL nand2\r\n  REFDES_VALUE U?  \nUNIT_NAME MM\nPIN_SPACING 0.1\n"
+      "\nUNIT_NAME\tINCH\nPIN_SPACING   0.10 \nBODY_PROPERTY  Value text\nBODY_PROPERTY CLASS\n"
+      "BODY_PROPERTY CLASS\n # PIN_NAME X\nSymbol other\nPIN_PROPERTY PIN_NO\nPIN_NAME A\nPIN_NAME\n"
+      "DESCRIPTION ignored\nPIN_NAME B");
   CVlt2hrwSymbolNeutralHandler handler;
   ASSERT_TRUE(handler.parse(file.string()));
   EXPECT_EQ(handler.getSymbolName(), "nand2");

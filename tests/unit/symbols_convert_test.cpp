@@ -11,7 +11,6 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -34,21 +33,13 @@ TEST(ConvertSymbolNames, TargetNameAndUpdateToolLine) {
       "-LogFile=\"\\w=d\\log\\tdlib2zpc.log\" >> \"\\w=d\\log\\symbol_converter.log\" 2>&1\"");
 }
 
-struct ConvertSymbolsTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path wdir, config, log, neutral, library, bin, kve, rec;
+struct ConvertSymbolsTest : WorkDirHostTest {
+  fs::path library = wdir / "Library", bin = tmp.path() / "bin", rec = tmp.path() / "rec",
+           kve = tmp.path() / "qlln" / "KVE_HOME" / "lm" / "win32" / "bin";
 
   void SetUp() override {
-    wdir = tmp.path() / "wdir";
-    config = wdir / "config";
-    log = wdir / "log";
-    neutral = wdir / "neutral";
-    library = wdir / "Library";
-    bin = tmp.path() / "bin";
-    kve = tmp.path() / "qlln" / "KVE_HOME" / "lm" / "win32" / "bin";
-    rec = tmp.path() / "rec";
-    for (const auto& dir : {config, log, neutral / "symbol_lists", library / "SymbolLibs" / "P", bin, kve, rec})
+    WorkDirHostTest::SetUp();
+    for (const auto& dir : {neutral / "symbol_lists", library / "SymbolLibs" / "P", bin, kve, rec})
       fs::create_directories(dir);
     const fs::path recorder = fs::path(VLT_TEST_BIN_DIR) / "record_tool";
     fs::create_symlink(recorder, bin / "sksym2td.exe");
@@ -68,17 +59,13 @@ struct ConvertSymbolsTest : ::testing::Test {
     setenv("RECORD_TOOL_DIR", rec.c_str(), 1);
     setenv("RECORD_TOOL_FAIL_ON", "/bad\n", 1);
     unsetenv("KVE_HOME");
-    ASSERT_TRUE(host.start());
-    host.setWdir(wdir.string());
-    host.setLibrary(tmp.str());
     host.setService("get qlln installation path", (tmp.path() / "qlln").string());
     host.setService("get rig install bin", bin.string());
-    host.clearRecords();
   }
   void TearDown() override {
     unsetenv("RECORD_TOOL_DIR");
     unsetenv("RECORD_TOOL_FAIL_ON");
-    host.release();
+    WorkDirHostTest::TearDown();
   }
   std::string calls() { return readFile(rec / "calls.txt"); }
   std::string updateCall() {
@@ -110,10 +97,10 @@ TEST_F(ConvertSymbolsTest, ConvertsEachSymbolWithItsFittedConfigurationAndUpdate
   EXPECT_EQ(calls(), "sksym2td.exe -nostart\n" + updateCall() + "sksym2td.exe -nostart\n" + updateCall());
   EXPECT_EQ(
       host.texts("translation", "WARN"),
-      (Strings{"Converting symbols: problem during parsing neutral symbol file: " + cfg + "/missing.neut",
-               "Converting symbols: either pin spacing or unit name is not valid for symbol: " + cfg + "/bad.neut"}));
+      (TLines{"Converting symbols: problem during parsing neutral symbol file: " + cfg + "/missing.neut",
+              "Converting symbols: either pin spacing or unit name is not valid for symbol: " + cfg + "/bad.neut"}));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"sksym2td found problem(s) during converting symbol: \\lib\\x.y\\bad"});
+            TLines{"sksym2td found problem(s) during converting symbol: \\lib\\x.y\\bad"});
   EXPECT_TRUE(host.logged("translation", "INFO",
                           "Converting symbols: following symbol will be excluded from translation: /lib/x.y/gone"));
   EXPECT_NE(readFile(log / "rejected_symbols.caf").find(".SK_SYMBOL_PATH /lib/x.y/bad\n"), std::string::npos);
@@ -133,7 +120,7 @@ TEST_F(ConvertSymbolsTest, NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsN
   EXPECT_EQ(calls(), "sksym2td.exe -nostart\nsksym2td.exe -nostart\nsksym2td.exe -nostart\n");
   EXPECT_NE(readFile(rec / "stdin.txt").find("symxlt_cfg_file " + (config / "sk2td_symbols_only.cfg").string()),
             std::string::npos);
-  const Strings warnings = host.texts("translation", "WARN");
+  const TLines warnings = host.texts("translation", "WARN");
   EXPECT_EQ(warnings.at(1),
             "Converting symbols: cannot parse symbol data mapping file: " + (config / "m.xml").string() +
                 ", hence cannot generate translation configuration file specific for given partition: P");
@@ -141,7 +128,7 @@ TEST_F(ConvertSymbolsTest, NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsN
       warnings.at(0),
       "Reading symbol name mapping file:  following line contains not enough data, so will be skipped: only\ttwo");
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings(3, "Converting symbols: tdlib2zpc tool does not exist at: " + (kve / "tdlib2zpc.exe").string()));
+            TLines(3, "Converting symbols: tdlib2zpc tool does not exist at: " + (kve / "tdlib2zpc.exe").string()));
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), "");
 }
 
@@ -154,8 +141,8 @@ TEST_F(ConvertSymbolsTest, SetUpFailuresAndAnEmptyRun) {
   host.clearRecords();
   EXPECT_FALSE(NComponent::convertSymbols("map"));
   EXPECT_EQ(host.texts("translation", "INFO"),
-            (Strings{"Converting symbols.",
-                     "Converting symbols: CL symbol holder does not exist at: " + (library / "SymbolLibs").string()}));
+            (TLines{"Converting symbols.",
+                    "Converting symbols: CL symbol holder does not exist at: " + (library / "SymbolLibs").string()}));
 }
 
 }  // namespace

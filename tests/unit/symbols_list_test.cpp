@@ -17,15 +17,15 @@ using rig_common::CSymbolList;
 
 namespace {
 
-std::vector<std::string> paths(const CSymbolList& list) {
-  std::vector<std::string> result;
+TLines paths(const CSymbolList& list) {
+  TLines result;
   for (const auto& item : list) result.push_back(item.getPath());
   return result;
 }
 
 CSymbolList listOf(std::initializer_list<const char*> symbolPaths) {
   CSymbolList list;
-  list.assign(std::vector<std::string>(symbolPaths.begin(), symbolPaths.end()));
+  list.assign(TLines(symbolPaths.begin(), symbolPaths.end()));
   return list;
 }
 
@@ -60,7 +60,7 @@ struct SymbolListTest : StartedHostTest {
 TEST_F(SymbolListTest, WalkFoldsVersionsSkipsLookAlikesAndReplacesTheMergedList) {
   CSymbolList list;
   ASSERT_TRUE(build(list));
-  EXPECT_EQ(paths(list), (std::vector<std::string>{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
+  EXPECT_EQ(paths(list), (TLines{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
   EXPECT_EQ(list.begin()->root->children.size(), 0u);  // the catalog trees are gone
   EXPECT_TRUE(host.logged("translation", "WARN",
                           "Saving symbols configuration file: symbol list file not found for the catalog: none"));
@@ -74,7 +74,7 @@ TEST_F(SymbolListTest, CatalogModeMergesTheCatalogsOfOneSymbol) {
   host.parameters()["catalog symbols only"] = "1";
   CSymbolList list;
   ASSERT_TRUE(build(list));
-  EXPECT_EQ(paths(list), (std::vector<std::string>{(comps / "a/s").string(), "/x/y"}));
+  EXPECT_EQ(paths(list), (TLines{(comps / "a/s").string(), "/x/y"}));
   EXPECT_EQ(list.begin()->root->children.size(), 2u);
   EXPECT_EQ(host.texts("component", "DEBUG").front(), "Building list of symbols referenced by catalogs");
   fs::remove(config / "catalog.list");
@@ -92,9 +92,9 @@ TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
     CSymbolList list;
     EXPECT_FALSE(build(list));
     EXPECT_EQ(host.texts("translation", "ERROR"),
-              (std::vector<std::string>{"Saving catalogs to neutral format: cannot read following symbol list file: " +
-                                            (catalogs / "c2.sym_list.caf").string(),
-                                        "Building list of symbols: cannot build symbol lists."}));
+              (TLines{"Saving catalogs to neutral format: cannot read following symbol list file: " +
+                          (catalogs / "c2.sym_list.caf").string(),
+                      "Building list of symbols: cannot build symbol lists."}));
   }
   host.clearRecords();
   EXPECT_FALSE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
@@ -149,9 +149,9 @@ TEST_F(SymbolListTest, ReportShowsTheDeepestDepthFirst) {
   host.clearRecords();
   EXPECT_FALSE(NComponent::reportSymbolDuplicatesFromPathDepth("L", map, lib.string()));
   EXPECT_EQ(host.texts("component", "ERROR"),
-            (std::vector<std::string>{"Reporting symbol duplicates from path depth: cannot open report file for "
-                                      "writing:" +
-                                      (tmp.path() / "log" / "reports" / "symbol_path_depth_report.txt").string()}));
+            (TLines{"Reporting symbol duplicates from path depth: cannot open report file for "
+                    "writing:" +
+                    (tmp.path() / "log" / "reports" / "symbol_path_depth_report.txt").string()}));
 }
 
 }  // namespace

@@ -60,9 +60,8 @@ TEST_F(SymbolMappingListTest, MissingOrDamagedFileAndMissingDefaultRecord) {
   EXPECT_EQ(NComponent::getSymbolPinTypeList(), "");
   EXPECT_FALSE(NComponent::saveSymbolScalingList(NComponent::new2DList()));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{
-                "Obtaining symbol type mapping data: cannot obtain default entry from file: " + file.string(),
-                "Saving symbol scaling data: cannot obtain default entry from file: " + file.string()}));
+            (TLines{"Obtaining symbol type mapping data: cannot obtain default entry from file: " + file.string(),
+                    "Saving symbol scaling data: cannot obtain default entry from file: " + file.string()}));
   host.clearRecords();
   writeFile(file, "<rig><symbol_data>");
   EXPECT_EQ(NComponent::getSymbolPropertyList(), "");
@@ -70,8 +69,8 @@ TEST_F(SymbolMappingListTest, MissingOrDamagedFileAndMissingDefaultRecord) {
   EXPECT_FALSE(NComponent::saveSymbolPinPropertyList(NComponent::new2DList()));
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(host.texts("component", "ERROR"),
-            (std::vector<std::string>{"Obtaining symbol property mapping data: cannot parse file: " + file.string(),
-                                      "Saving symbol property mapping data: cannot parse file: " + file.string()}));
+            (TLines{"Obtaining symbol property mapping data: cannot parse file: " + file.string(),
+                    "Saving symbol property mapping data: cannot parse file: " + file.string()}));
 }
 
 }  // namespace

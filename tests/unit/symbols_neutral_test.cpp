@@ -11,7 +11,6 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -19,7 +18,7 @@ const std::string kComponents = std::string(VLT_SOURCE_DIR) + "/examples/compone
 
 // One list item: the path, and below it uses "<symbol>[/<postfix>]" with
 // pin maps "sk>td".
-std::string item(const std::string& path, const std::vector<std::pair<std::string, Strings>>& uses = {}) {
+std::string item(const std::string& path, const std::vector<std::pair<std::string, TLines>>& uses = {}) {
   std::string text = ".SK_SYMBOL_PATH " + path + "\n";
   if (uses.empty()) return text;
   text += "..CATALOG cat\n...QRN_PART 1\n";
@@ -37,36 +36,24 @@ std::string item(const std::string& path, const std::vector<std::pair<std::strin
   return text;
 }
 
-struct SymbolsNeutralTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path wdir, config, log, neutral, lists, bin, rec;
+struct SymbolsNeutralTest : WorkDirHostTest {
+  fs::path lists = neutral / "symbol_lists", bin = tmp.path() / "bin", rec = tmp.path() / "rec";
 
   void SetUp() override {
-    wdir = tmp.path() / "wdir";
-    config = wdir / "config";
-    log = wdir / "log";
-    neutral = wdir / "neutral";
-    lists = neutral / "symbol_lists";
-    bin = tmp.path() / "bin";
-    rec = tmp.path() / "rec";
-    for (const auto& dir : {config, log / "reports", lists, bin, rec}) fs::create_directories(dir);
+    WorkDirHostTest::SetUp();
+    for (const auto& dir : {lists, bin, rec}) fs::create_directories(dir);
     writeFile(config / "excluded_symbols.caf", "");
     symbolData(2, {"LOGIC", "ANALOG"});
-    ASSERT_TRUE(host.start());
-    host.setWdir(wdir.string());
-    host.setLibrary(tmp.str());
     host.setService("get qlln installation path", (tmp.path() / "qlln").string());
     host.setService("get rig install bin", VLT_TOOLS_DIR);
-    host.clearRecords();
   }
   void TearDown() override {
     unsetenv("SKSYM2TD_FAIL");
     unsetenv("SKSYM2TD_FAIL_SYMBOLS");
-    host.release();
+    WorkDirHostTest::TearDown();
   }
 
-  void symbolData(int depth, const Strings& renames) {
+  void symbolData(int depth, const TLines& renames) {
     std::string text = "<rig><symbol_data><common start=\"1\" stop=\"1\" depth=\"" + std::to_string(depth) +
                        "\"/><default/><partition_data>";
     for (const auto& rename : renames)
@@ -99,15 +86,10 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
 
   const std::string cfg = (config / "sk2td_symbols_only.cfg").string();
-  const std::string first = "\"" + neut("a b(1)_logic", "nand2").string();
-  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\nsymbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
-                                        "\"\nsymbol end\n"
-                                        "symbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
-                                        "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n"
-                                        "symbol begin\nsk_symbol_path \"" +
-                                        odd + "/nand2\"\ntd_symbol_neutral_path " + first +
+  const std::string block = "symbol begin\nsk_symbol_path \"" + odd + "/nand2\"\ntd_symbol_neutral_path \"" +
+                            neut("a b(1)_logic", "nand2").string();
+  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\n" + block + "\"\nsymbol end\n" +
+                                        block + "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n" + block +
                                         "_2\"\nsymbol end\nrun\nexit\n");
   EXPECT_EQ(readFile(rec / "1.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg +
                                         "\nsymbol begin\nsk_symbol_path /lib/x/sub/inv\ntd_symbol_neutral_path " +
@@ -149,13 +131,13 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
   EXPECT_FALSE(fs::exists(neut("digital_logic", "nor2")));
   EXPECT_EQ(
       host.texts("translation", "ERROR"),
-      (Strings{"Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
-                   "/missing",
-               "Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
-                   "/inv"}));
+      (TLines{"Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
+                  "/missing",
+              "Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
+                  "/inv"}));
   EXPECT_EQ(host.texts("translation", "WARN"),
-            Strings{"Writing neutral symbol data: following symbol partition is not listed in symbol data file so "
-                    "related symbols will not be translated: OTHER"});
+            TLines{"Writing neutral symbol data: following symbol partition is not listed in symbol data file so "
+                   "related symbols will not be translated: OTHER"});
   EXPECT_TRUE(host.logged(
       "translation", "INFO",
       "Writing neutral symbol data: following symbol will be excluded from translation: " + logic + "/nor2"));
@@ -194,12 +176,12 @@ TEST_F(SymbolsNeutralTest, DepthZeroAndMissingDirectories) {
   host.clearRecords();
   EXPECT_FALSE(NComponent::writeNeutralSymbolData("", false));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Writing neutral symbol data: symbol list directory does not exist: " + lists.string()});
+            TLines{"Writing neutral symbol data: symbol list directory does not exist: " + lists.string()});
   host.setService("get neutral", "");
   host.clearRecords();
   EXPECT_FALSE(NComponent::writeNeutralSymbolData("", false));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Writing neutral symbol data: cannot obtain path to the neutral directory: "});
+            TLines{"Writing neutral symbol data: cannot obtain path to the neutral directory: "});
 }
 
 }  // namespace

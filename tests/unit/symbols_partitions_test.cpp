@@ -56,10 +56,9 @@ TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectory) {
   host.clearRecords();
   ASSERT_TRUE(partition());
   EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{
-                "DEBUG Saving symbols partition list:", "DEBUG Building list of all symbols",
-                "DEBUG Obtaining components data: " + lib.string() + "/vlt_library_definition.library_definition",
-                "DEBUG Building list of all symbols in symbol root: " + comps.string()}));
+            (TLines{"DEBUG Saving symbols partition list:", "DEBUG Building list of all symbols",
+                    "DEBUG Obtaining components data: " + lib.string() + "/vlt_library_definition.library_definition",
+                    "DEBUG Building list of all symbols in symbol root: " + comps.string()}));
   EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AB\nAB\n");
   EXPECT_EQ(list("AB"), item("a/x/s1") + item("a/y/s1") + item("b/s.2") + item("b/x/s1"));
   EXPECT_EQ(readFile(config / "symbol_partitions.caf"), "a_x_s1 AB\na_y_s1 AB\nb_x_s1 AB\ncomps_b_s.2 AB\n");
@@ -88,10 +87,10 @@ TEST_F(SymbolPartitionTest, OutOfRangeLevelWritesTheListsSoFarButNoKeyTable) {
   host.clearRecords();
   EXPECT_FALSE(partition());
   EXPECT_EQ(host.texts("component", "ERROR"),
-            (std::vector<std::string>{"Saving symbols partition file: following symbol partition does not exist in "
-                                      "symbol partition list file: a_y",
-                                      "Saving symbols partition file: partition start/stop depths do not match "
-                                      "current comps directory depth."}));
+            (TLines{"Saving symbols partition file: following symbol partition does not exist in "
+                    "symbol partition list file: a_y",
+                    "Saving symbols partition file: partition start/stop depths do not match "
+                    "current comps directory depth."}));
   EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AX\ngone\n");
   EXPECT_EQ(list("AX"), item("a/x/s1"));
   EXPECT_FALSE(fs::exists(config / "symbol_partitions.caf"));
@@ -120,23 +119,19 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
   EXPECT_EQ(list("Q"), ".SK_SYMBOL_PATH /m/d.v/s\n" + use + "......NAME_POSTFIX _1\n");
   EXPECT_EQ(list("Stale"), "..broken\n");
   EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{"Updating partitioned symbol lists: following symbol partition is not listed in "
-                                      "symbol data file so related symbols will not be translated: Stale"}));
+            (TLines{"Updating partitioned symbol lists: following symbol partition is not listed in "
+                    "symbol data file so related symbols will not be translated: Stale"}));
   ASSERT_TRUE(NComponent::updatePartitionedSymbolLists());
   EXPECT_EQ(list("P"), p);
 
   fs::remove_all(lists);
   host.clearRecords();
   EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
-  EXPECT_EQ(host.lines("component"),
-            (std::vector<std::string>{
-                "INFO Updating partitioned symbol lists.",
-                "ERROR Updating partitioned symbol lists: symbol list directory does not exist: " + lists.string()}));
+  EXPECT_EQ(
+      host.lines("component"),
+      (TLines{"INFO Updating partitioned symbol lists.",
+              "ERROR Updating partitioned symbol lists: symbol list directory does not exist: " + lists.string()}));
 }
-
-}  // namespace
-
-namespace {
 
 TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   const std::string file = (config / "symbol_data.xml").string();
@@ -145,10 +140,10 @@ TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   EXPECT_FALSE(NComponent::saveSymbolPartitionList(NComponent::new2DList()));
   EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{"Loading symbols configuration file: symbol data file does not exist: " + file,
-                                      "Obtaining symbol partition list: cannot parse file: " + file,
-                                      "Obtaining symbol partition list: cannot parse file: " + file,
-                                      "Loading symbols configuration file: symbol data file does not exist: " + file}));
+            (TLines{"Loading symbols configuration file: symbol data file does not exist: " + file,
+                    "Obtaining symbol partition list: cannot parse file: " + file,
+                    "Obtaining symbol partition list: cannot parse file: " + file,
+                    "Loading symbols configuration file: symbol data file does not exist: " + file}));
   EXPECT_FALSE(fs::exists(config / "sym_partitions.caf"));
 
   writeFile(file, "<rig><symbol_data><common start=\"1\" stop=\"x\"/></symbol_data></rig>");
@@ -157,10 +152,9 @@ TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   EXPECT_FALSE(NComponent::getSymbolPathLevels(start, stop, depth));
   EXPECT_EQ(start, 1);
   EXPECT_FALSE(NComponent::setSymbolPathLevels(0, 0, 0) && NComponent::setSymbolPathLevels(0, -1, 0));
-  EXPECT_EQ(
-      host.texts("component", "ERROR"),
-      (std::vector<std::string>{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
-                                "Setting symbol path levels: all levels should be positive numbers."}));
+  EXPECT_EQ(host.texts("component", "ERROR"),
+            (TLines{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
+                    "Setting symbol path levels: all levels should be positive numbers."}));
   EXPECT_NE(readFile(file).find("start=\"0\" stop=\"0\" depth=\"0\""), std::string::npos);
 }
 

@@ -9,25 +9,17 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
-using Strings = std::vector<std::string>;
 
 namespace {
 
 const std::string kRule(79, '-');
 
-struct SymbolsReportsTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
-  fs::path wdir, config, log, neutral, lists, root;
+struct SymbolsReportsTest : WorkDirHostTest {
+  fs::path lists = neutral / "symbol_lists", root = neutral / "symbols_1";
 
   void SetUp() override {
-    wdir = tmp.path() / "wdir";
-    config = wdir / "config";
-    log = wdir / "log";
-    neutral = wdir / "neutral";
-    lists = neutral / "symbol_lists";
-    root = neutral / "symbols_1";
-    for (const auto& dir : {config, log / "reports", lists, root}) fs::create_directories(dir);
+    WorkDirHostTest::SetUp();
+    for (const auto& dir : {lists, root}) fs::create_directories(dir);
     writeFile(
         config / "symbol_data.xml",
         "<rig><symbol_data><common start=\"1\" stop=\"1\" depth=\"1\"/><partition_data>"
@@ -45,12 +37,7 @@ struct SymbolsReportsTest : ::testing::Test {
     writeFile(root / "a" / "s2.neut", "PIN_SPACING 0.1\nUNIT_NAME INCH\nBODY_PROPERTY REF\nPIN_PROPERTY PINID\n");
     writeFile(root / "b" / "s3.neut", "PIN_SPACING 0.10\nUNIT_NAME INCH\n");
     writeFile(root / "b" / "nothing.neut", "# no spacing\nBODY_PROPERTY VALUE\n");
-    ASSERT_TRUE(host.start());
-    host.setWdir(wdir.string());
-    host.setLibrary(tmp.str());
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 };
 
 TEST_F(SymbolsReportsTest, VerifyReportsMissingFilesAndToolProblems) {
@@ -64,20 +51,20 @@ TEST_F(SymbolsReportsTest, VerifyReportsMissingFilesAndToolProblems) {
                 "\n Problems found by the symbol_convert tool\n" + kRule +
                 "\nERROR: file x\n  Warning: y\nwarn::: z\n");
   EXPECT_EQ(host.texts("translation", "INFO"),
-            (Strings{"Verifying symbol data: following number of symbols found for partition P: 5",
-                     "Verifying symbol data:  following symbol will be excluded from verification: /lib/b/gone",
-                     "Verifying symbol data: following number of symbols found for partition Q: 2"}));
+            (TLines{"Verifying symbol data: following number of symbols found for partition P: 5",
+                    "Verifying symbol data:  following symbol will be excluded from verification: /lib/b/gone",
+                    "Verifying symbol data: following number of symbols found for partition Q: 2"}));
   EXPECT_EQ(host.texts("translation", "WARN"),
-            Strings{"Verifying symbol data: following symbol partition is not listed in symbol data file so related "
-                    "symbols will not be translated: X"});
+            TLines{"Verifying symbol data: following symbol partition is not listed in symbol data file so related "
+                   "symbols will not be translated: X"});
 
   // Without the tool's log the first half stays written.
   fs::remove(log / "symbol_converter_initial.log");
   host.clearRecords();
   EXPECT_FALSE(NComponent::verifySymbols(""));
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Verifying catalog data: cannot read the log file produced by symbol_convert tool: " +
-                    (log / "symbol_converter_initial.log").string()});
+            TLines{"Verifying catalog data: cannot read the log file produced by symbol_convert tool: " +
+                   (log / "symbol_converter_initial.log").string()});
   EXPECT_EQ(readFile(log / "reports" / "verify_symbols.txt").find("symbol_convert"), std::string::npos);
 }
 
@@ -96,7 +83,7 @@ TEST_F(SymbolsReportsTest, PinSpacingReportGroupsByTextKey) {
   host.clearRecords();
   EXPECT_FALSE(NComponent::reportSymbolPinSpacingMap());
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            Strings{"Reporting symbol pin spacing map: cannot find symbol lists directory: " + lists.string()});
+            TLines{"Reporting symbol pin spacing map: cannot find symbol lists directory: " + lists.string()});
 }
 
 TEST_F(SymbolsReportsTest, DefaultMappingCollectsNamesAndSpacings) {

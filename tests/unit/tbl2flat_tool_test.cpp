@@ -231,11 +231,9 @@ TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryAndGoesOn) {
             "Warning: catalog odd, line 18: part O-2 has no END_PART\n"
             "Warning: catalog entry " +
                 (catalogs / "odd").string() +
-                " names the catalog named_otherwise, it is translated as odd\n"
-                "Warning: catalog odd, part O-1: property name \"TWO WORDS\" cannot be written, the property is "
-                "skipped\n"
-                "Warning: catalog odd, part O-1: property name \"QRN_GEOM\" cannot be written, the property is "
-                "skipped\n"
+                " names the catalog named_otherwise, it is translated as odd\nWarning: catalog odd, part O-1: "
+                "property name \"TWO WORDS\" cannot be written, the property is skipped\nWarning: catalog odd, part "
+                "O-1: property name \"QRN_GEOM\" cannot be written, the property is skipped\n"
                 "tbl2flat: catalog odd: 2 parts translated, 0 rejected, 0 excluded\n");
   EXPECT_EQ(readFile(output("odd", "_neut.tlx")).substr(0, 48),
             ".QRN_PART \"O-1\"\n..QRN_PART_CONTAINER \"$LIB/sym\"\n");

@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <sys/wait.h>
 
 #include <boost/filesystem.hpp>
-#include <cstdlib>
 
 #include "support/fake_host.hpp"
 
@@ -26,10 +24,8 @@ struct Tdlib2zpcTest : ::testing::Test {
   void TearDown() override { unsetenv("TDLIB2ZPC_FAIL"); }
   std::string output() const { return readFile(tmp.path() / "out.txt"); }
   int run(const std::string& args) {
-    const std::string command = "'" + std::string(VLT_TOOLS_DIR) + "/tdlib2zpc.exe' " + args + " > '" +
-                                (tmp.path() / "out.txt").string() + "' 2>&1";
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return shell("'" + std::string(VLT_TOOLS_DIR) + "/tdlib2zpc.exe' " + args + " > '" +
+                 (tmp.path() / "out.txt").string() + "' 2>&1");
   }
   int update(const std::string& partition = "P") {
     return run("'-CentralLib=" + (lib() / "Library.zpc").string() + "' -Partition=" + partition +
@@ -77,9 +73,8 @@ TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceAndTakesOverAnOlderState) 
   for (const char* name : {"n", "n", "old"})
     script += "symbol begin\nsk_symbol_path " + logic + "/nand2\ntd_symbol_name " + name + "\nsymbol end\n";
   writeFile(tmp.path() / "script", script + "run\nexit\n");
-  ASSERT_EQ(std::system(("'" + std::string(VLT_TOOLS_DIR) + "/sksym2td.exe' -nostart < '" +
-                         (tmp.path() / "script").string() + "' > /dev/null")
-                            .c_str()),
+  ASSERT_EQ(shell("'" + std::string(VLT_TOOLS_DIR) + "/sksym2td.exe' -nostart < '" + (tmp.path() / "script").string() +
+                  "' > /dev/null"),
             0);
   EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "n\nn\nold\n");
   ASSERT_EQ(update(), 0);

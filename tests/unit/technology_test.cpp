@@ -10,7 +10,6 @@
 using namespace vlttest;
 using namespace NComponent::NConfig::NGeom::NTechnology;
 namespace fs = boost::filesystem;
-using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -36,7 +35,7 @@ struct TechnologyTest : StartedHostTest {
 
   bool createDefault() { return NComponent::createDefaultContainerFile("LIB", "map", "dir"); }
   // A geometry root with these subdirectories, and the technology list.
-  void prepare(const Strings& directories, const std::string& list = kList) {
+  void prepare(const TLines& directories, const std::string& list = kList) {
     fs::create_directories(geoms);
     for (const auto& directory : directories) fs::create_directories(geoms / directory);
     host.parameters()["geom path"] = geoms.string();
@@ -55,9 +54,9 @@ TEST_F(TechnologyTest, TechnologyListIsReadTrimmedInFileOrder) {
   EXPECT_EQ(found.id + "|" + found.containerDefFile + "|" + found.translatedCellsFile + "|" + found.padstackName,
             "default|default_containers.xml||default");
   EXPECT_EQ(parser.find(technologyDir / "technology_list.xml", " x ").id, "") << "ids compare trimmed";
-  Strings ids;
+  TLines ids;
   for (const TTechnology& t : parser) ids.push_back(t.id);
-  EXPECT_EQ(ids, (Strings{"x", "default"}));
+  EXPECT_EQ(ids, (TLines{"x", "default"}));
   EXPECT_TRUE(host.records().empty());
 }
 
@@ -84,9 +83,9 @@ TEST_F(TechnologyTest, ContainerEntriesAreFoundRemovedAndAdded) {
   parser.addContainers("default");
   EXPECT_TRUE(parser.addContainer("default", "d/e", ""));
   EXPECT_TRUE(parser.addContainer("x", "c", "C"));
-  Strings ids;
+  TLines ids;
   for (const TTechnologyContainer& c : parser) ids.push_back(c.id + ":" + std::to_string(c.containers.size()));
-  EXPECT_EQ(ids, (Strings{"x:3", "default:1"}));
+  EXPECT_EQ(ids, (TLines{"x:3", "default:1"}));
 }
 
 TEST(ContainerFilePathTest, BareNamesLieInTheTechnologyDirectory) {
@@ -117,9 +116,9 @@ TEST_F(TechnologyTest, DefaultEntryIsReplacedAndOtherTechnologiesStay) {
                               "        <container directory=\"smd\" cell_partition=\"\" />\n"
                               "        <container directory=\"smd/ic\" cell_partition=\"\" />\n"
                               "      </containers>\n    </technologies>\n  </geom_data>\n</rig>\n");
-  EXPECT_EQ(host.lines(), (Strings{"translation DEBUG " + kOpening, "component DEBUG " + kOpening,
-                                   "translation DEBUG Building list of geometry containers",
-                                   "component DEBUG Building list of geometry containers"}));
+  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG " + kOpening, "component DEBUG " + kOpening,
+                                  "translation DEBUG Building list of geometry containers",
+                                  "component DEBUG Building list of geometry containers"}));
 }
 
 TEST_F(TechnologyTest, EmptyOrStaleGeometryPathMakesNothingAndAnEmptyRootWarns) {
@@ -129,7 +128,7 @@ TEST_F(TechnologyTest, EmptyOrStaleGeometryPathMakesNothingAndAnEmptyRootWarns) 
     host.parameters()["geom path"] = root;
     host.clearRecords();
     EXPECT_FALSE(createDefault()) << root;
-    EXPECT_EQ(host.lines(), (Strings{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
+    EXPECT_EQ(host.lines(), (TLines{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
     EXPECT_FALSE(fs::exists(technologyDir / "default_containers.xml")) << root;
   }
   host.parameters()["geom path"] = geoms.string();
@@ -139,8 +138,8 @@ TEST_F(TechnologyTest, EmptyOrStaleGeometryPathMakesNothingAndAnEmptyRootWarns) 
                               "    </technologies>\n  </geom_data>\n</rig>\n");
   const std::string warning =
       "There are no geometry containers (subdirectories) in geometry root: '" + geoms.string() + "'.";
-  EXPECT_EQ(host.texts("translation", "WARN"), Strings{warning});
-  EXPECT_EQ(host.texts("component", "WARN"), Strings{warning});
+  EXPECT_EQ(host.texts("translation", "WARN"), TLines{warning});
+  EXPECT_EQ(host.texts("component", "WARN"), TLines{warning});
 }
 
 TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
@@ -186,7 +185,7 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
   host.clearService("get library location");
   host.clearRecords();
   EXPECT_FALSE(createDefault());
-  EXPECT_EQ(host.lines(), Strings{"translation ERROR Source library location has not been set."});
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Source library location has not been set."});
 }
 
 }  // namespace

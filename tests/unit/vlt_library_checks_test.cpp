@@ -29,13 +29,13 @@ struct ChecksTest : StartedHostTest {
 TEST_F(ChecksTest, EmptyAndUnreadableLocationMaps) {
   writeFile(map, "");
   EXPECT_TRUE(NComponent::checkQrnLocationMap(map.string()));
-  EXPECT_EQ(host.lines("translation"), (std::vector<std::string>{"INFO Reading location map file: " + map.string(),
-                                                                 "INFO Location map file paths:"}));
+  EXPECT_EQ(host.lines("translation"),
+            (TLines{"INFO Reading location map file: " + map.string(), "INFO Location map file paths:"}));
   host.clearRecords();
   EXPECT_FALSE(NComponent::checkQrnLocationMap(tmp.str() + "/none"));
   EXPECT_EQ(host.texts("component", "ERROR"),
-            (std::vector<std::string>{"Location map file: cannot read the file: " + tmp.str() + "/none",
-                                      "Errors found while reading location map file: " + tmp.str() + "/none"}));
+            (TLines{"Location map file: cannot read the file: " + tmp.str() + "/none",
+                    "Errors found while reading location map file: " + tmp.str() + "/none"}));
 }
 
 TEST_F(ChecksTest, AllNeedTheWorkingDirectory) {
@@ -43,7 +43,7 @@ TEST_F(ChecksTest, AllNeedTheWorkingDirectory) {
   EXPECT_FALSE(NComponent::checkQrnLocationMap(map.string()));
   EXPECT_FALSE(NComponent::checkVLTLibraryDefinitionFile(lib.string()));
   EXPECT_FALSE(NComponent::checkVLTLibrary("L", map.string(), lib.string()));
-  EXPECT_EQ(host.texts("translation", "ERROR"), std::vector<std::string>(3, "Working directory has not been set."));
+  EXPECT_EQ(host.texts("translation", "ERROR"), TLines(3, "Working directory has not been set."));
   EXPECT_TRUE(host.lines("component").empty());
 }
 

@@ -26,7 +26,7 @@ struct DefinitionTest : StartedHostTest {
     EXPECT_TRUE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, verbose));
     return libraries;
   }
-  std::vector<std::string> warnings() const { return host.texts("translation", "WARN"); }
+  TLines warnings() const { return host.texts("translation", "WARN"); }
 };
 
 // One library as "type name: label path [options] | ...", for compact checks.
@@ -40,31 +40,26 @@ std::string describe(const NVlt2HrwHelpers::TVLTLibraryDefinitionFileLibrary& li
   return text;
 }
 
-std::vector<std::string> describe(const TVLTLibraryDefinitionFileLibraries& libraries) {
-  std::vector<std::string> out;
+TLines describe(const TVLTLibraryDefinitionFileLibraries& libraries) {
+  TLines out;
   for (const auto& library : libraries) out.push_back(describe(library));
   return out;
 }
 
 TEST_F(DefinitionTest, WellFormedFileWithDumpOnBothSinks) {
   auto libraries = parse(
-      "// libraries of the site\n"
-      "released \"CORP_LIB\" {\n"
-      "    COMPS   $LIB_ROOT/components   -qrn_component\n"
+      "// libraries of the site\nreleased \"CORP_LIB\" {\n    COMPS   $LIB_ROOT/components   -qrn_component\n"
       "    GEOMS   $LIB_ROOT/geoms        -qrn_geom -zeta -qrn_geom -alpha\n"
-      "    CATS    \"$LIB_ROOT/cat logs\"     -qrn_catalog\n"
-      "    \"MAPS X\"    $LIB_ROOT/maps\n"
-      "}\n");
-  EXPECT_EQ(describe(libraries),
-            (std::vector<std::string>{"released CORP_LIB: COMPS $LIB_ROOT/components [qrn_component;] GEOMS "
-                                      "$LIB_ROOT/geoms [alpha;qrn_geom;zeta;] CATS \"$LIB_ROOT/cat logs\" "
-                                      "[qrn_catalog;] \"MAPS X\" $LIB_ROOT/maps []"}));
+      "    CATS    \"$LIB_ROOT/cat logs\"     -qrn_catalog\n    \"MAPS X\"    $LIB_ROOT/maps\n}\n");
+  EXPECT_EQ(describe(libraries), (TLines{"released CORP_LIB: COMPS $LIB_ROOT/components [qrn_component;] GEOMS "
+                                         "$LIB_ROOT/geoms [alpha;qrn_geom;zeta;] CATS \"$LIB_ROOT/cat logs\" "
+                                         "[qrn_catalog;] \"MAPS X\" $LIB_ROOT/maps []"}));
   // The dump's format is pinned by the end-to-end test of the sample library;
   // here: options sorted and unique, quotes kept, the same on both sinks.
-  const std::vector<std::string> dump = host.lines("translation");
+  const TLines dump = host.lines("translation");
   ASSERT_EQ(dump.size(), 13u);
-  EXPECT_EQ(std::vector<std::string>(dump.begin() + 6, dump.begin() + 9),
-            (std::vector<std::string>{"DEBUG       : alpha", "DEBUG       : qrn_geom", "DEBUG       : zeta"}));
+  EXPECT_EQ(TLines(dump.begin() + 6, dump.begin() + 9),
+            (TLines{"DEBUG       : alpha", "DEBUG       : qrn_geom", "DEBUG       : zeta"}));
   EXPECT_EQ(dump[11], "DEBUG     Index label: '\"MAPS X\"' path to data: $LIB_ROOT/maps");
   EXPECT_EQ(host.lines("component"), dump);
 }
@@ -72,11 +67,11 @@ TEST_F(DefinitionTest, WellFormedFileWithDumpOnBothSinks) {
 TEST_F(DefinitionTest, EmptyFileAndSilentParse) {
   EXPECT_TRUE(parse("").empty());
   EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"INFO Reading VLT library definition file: " + file.string(),
-                                      "DEBUG Dumping parsed content of library definition file: " + file.string()}));
+            (TLines{"INFO Reading VLT library definition file: " + file.string(),
+                    "DEBUG Dumping parsed content of library definition file: " + file.string()}));
   host.clearRecords();
   auto libraries = parse("junk\nreleased \"A\"\nX y\n{\n", false);
-  EXPECT_EQ(describe(libraries), (std::vector<std::string>{"released A:"}));
+  EXPECT_EQ(describe(libraries), (TLines{"released A:"}));
   EXPECT_TRUE(host.records().empty());
 }
 
@@ -90,7 +85,7 @@ TEST_F(DefinitionTest, OddFiles) {
   };
   struct TCase {
     std::string text;
-    std::vector<std::string> libraries, warnings;
+    TLines libraries, warnings;
   };
   const std::vector<TCase> cases = {
       {"released \"A\" {\n  X $P/x -o\n", {"released A: X $P/x [o;]"}, {unclosed}},
@@ -149,7 +144,7 @@ TEST_F(DefinitionTest, AppendsAndKeepsEarlierLibraries) {
   libraries.push_back({"source", "OLD", {}});
   writeFile(file, "released \"NEW\" {\n X x }\n");
   ASSERT_TRUE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
-  EXPECT_EQ(describe(libraries), (std::vector<std::string>{"source OLD:", "released NEW: X x []"}));
+  EXPECT_EQ(describe(libraries), (TLines{"source OLD:", "released NEW: X x []"}));
   EXPECT_TRUE(host.logged("translation", "DEBUG", "**Library name: 'OLD' library type: source"));
 
   host.clearRecords();
@@ -159,11 +154,10 @@ TEST_F(DefinitionTest, AppendsAndKeepsEarlierLibraries) {
   host.clearService("get wdir");
   EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
   EXPECT_EQ(libraries.size(), 2u);
-  const std::vector<std::string> errors{"VLT library definition file: cannot read the file: " + missing.string(),
-                                        "VLT library definition file: cannot read the file: " + tmp.str()};
+  const TLines errors{"VLT library definition file: cannot read the file: " + missing.string(),
+                      "VLT library definition file: cannot read the file: " + tmp.str()};
   EXPECT_EQ(host.texts("component", "ERROR"), errors);
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{errors[0], errors[1], "Working directory has not been set."}));
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{errors[0], errors[1], "Working directory has not been set."}));
 }
 
 }  // namespace

@@ -66,22 +66,12 @@ struct EvaluationTest : StartedHostTest {
     writeFile(map, "QRN_LOCATION_MAP_1\n$LIB\n" + lib.string() + "\n$OUT\n" + tmp.str() + "\n$NONE\n");
     definition = lib / "vlt_library_definition.library_definition";
     writeFile(definition,
-              "released \"MAIN\" {\n"
-              "  D $LIB/components/digital -qrn_component\n"
-              "  A $LIB/components/analog -qrn_component -qrn_catalog\n"
-              "  A2 $LIB/components/analog -qrn_component\n"
-              "  G $LIB/geoms -qrn_geom\n"
-              "  C $LIB/catalogs -qrn_catalog\n"
-              "}\n"
-              "development \"BROKEN\" {\n"
-              "  D $LIB/components/digital -qrn_component\n"
-              "  X $MISSING/comps -qrn_component\n"
-              "  N $NONE/cells -qrn_geom\n"
-              "  F $LIB/catalogs/file -qrn_catalog\n"
-              "  O $OUT -qrn_catalog\n"
-              "}\n"
-              "released \"MAIN\" {\n"
-              "  IGNORED $LIB -qrn_geom }\n");
+              "released \"MAIN\" {\n  D $LIB/components/digital -qrn_component\n"
+              "  A $LIB/components/analog -qrn_component -qrn_catalog\n  A2 $LIB/components/analog -qrn_component\n"
+              "  G $LIB/geoms -qrn_geom\n  C $LIB/catalogs -qrn_catalog\n}\n"
+              "development \"BROKEN\" {\n  D $LIB/components/digital -qrn_component\n"
+              "  X $MISSING/comps -qrn_component\n  N $NONE/cells -qrn_geom\n  F $LIB/catalogs/file -qrn_catalog\n"
+              "  O $OUT -qrn_catalog\n}\nreleased \"MAIN\" {\n  IGNORED $LIB -qrn_geom }\n");
     writeFile(lib / "catalogs/file", "not a directory");
     host.clearRecords();
   }
@@ -101,7 +91,7 @@ TEST_F(EvaluationTest, VerboseEvaluationOfAGoodLibrary) {
   EXPECT_EQ(library.commonGeomPath, lib.string() + "/geoms");
   EXPECT_EQ(library.commonCatalogPath, lib.string());
   // The dump's format is pinned by the end-to-end test of the sample library.
-  const std::vector<std::string> dump = host.lines("translation");
+  const TLines dump = host.lines("translation");
   ASSERT_EQ(dump.size(), 13u);
   EXPECT_EQ(dump[0], "INFO Evaluating VLT library: MAIN defined in: " + definition.string());
   EXPECT_EQ(dump[9], "DEBUG     $LIB/components/analog");
@@ -116,16 +106,15 @@ TEST_F(EvaluationTest, MissingPathsEmptyKindsPathsOutsideTheRootAndQuietRun) {
   EXPECT_EQ(library.commonCatalogPath, tmp.str());
   const std::string head = "Evaluating VLT Library: ";
   EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{
-                head + "following paths to components directory does not exist hence will not be processed: "
-                       "$MISSING/comps",
-                head + "following paths to geometries directory does not exist hence will not be processed: "
-                       "$NONE/cells",
-                head + "following paths to catalogs directory does not exist hence will not be processed: "
-                       "$LIB/catalogs/file",
-                head + "invalid (empty) common geometries directory.",
-                head + "geometries directory does not lie underneath the VLT Library Root.",
-                head + "catalogs directory does not lie underneath the VLT Library Root."}));
+            (TLines{head + "following paths to components directory does not exist hence will not be processed: "
+                           "$MISSING/comps",
+                    head + "following paths to geometries directory does not exist hence will not be processed: "
+                           "$NONE/cells",
+                    head + "following paths to catalogs directory does not exist hence will not be processed: "
+                           "$LIB/catalogs/file",
+                    head + "invalid (empty) common geometries directory.",
+                    head + "geometries directory does not lie underneath the VLT Library Root.",
+                    head + "catalogs directory does not lie underneath the VLT Library Root."}));
 
   host.clearRecords();
   NVlt2HrwHelpers::TVLTLibrary quiet;
@@ -137,29 +126,27 @@ TEST_F(EvaluationTest, MissingPathsEmptyKindsPathsOutsideTheRootAndQuietRun) {
 TEST_F(EvaluationTest, Failures) {
   NVlt2HrwHelpers::TVLTLibrary library;
   EXPECT_FALSE(evaluate(library, "main", false));
-  EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"ERROR Evaluating VLT Library: library not found: main"}));
+  EXPECT_EQ(host.lines("translation"), (TLines{"ERROR Evaluating VLT Library: library not found: main"}));
 
   host.clearRecords();
   EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, tmp.path() / "nomap", definition, "MAIN", true));
   EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
-                                      "ERROR Location map file: cannot read the file: " + tmp.str() + "/nomap",
-                                      "ERROR Errors found while reading location map file: " + tmp.str() + "/nomap"}));
+            (TLines{"INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
+                    "ERROR Location map file: cannot read the file: " + tmp.str() + "/nomap",
+                    "ERROR Errors found while reading location map file: " + tmp.str() + "/nomap"}));
 
   host.clearRecords();
   EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, map, tmp.path() / "nodef", "MAIN", false));
-  EXPECT_EQ(
-      host.lines("translation"),
-      (std::vector<std::string>{"ERROR VLT library definition file: cannot read the file: " + tmp.str() + "/nodef",
-                                "ERROR Evaluating VLT Library: errors found while reading VLT library "
-                                "definition file: " +
-                                    tmp.str() + "/nodef"}));
+  EXPECT_EQ(host.lines("translation"),
+            (TLines{"ERROR VLT library definition file: cannot read the file: " + tmp.str() + "/nodef",
+                    "ERROR Evaluating VLT Library: errors found while reading VLT library "
+                    "definition file: " +
+                        tmp.str() + "/nodef"}));
 
   host.clearRecords();
   host.clearService("get library location");
   EXPECT_FALSE(evaluate(library, "MAIN", true));
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{"translation ERROR Source library location has not been set."}));
+  EXPECT_EQ(host.lines(), (TLines{"translation ERROR Source library location has not been set."}));
 }
 
 TEST_F(EvaluationTest, DirectoryGetters) {
@@ -167,32 +154,29 @@ TEST_F(EvaluationTest, DirectoryGetters) {
   EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("MAIN", map.string(), dir), dir);
   EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("MAIN", map.string(), dir), dir + "/components");
   EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
-  EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"DEBUG Obtaining catalog directory: " + definition.string(),
-                                      "DEBUG Obtaining components data: " + definition.string(),
-                                      "INFO Obtaining geoms data: " + definition.string()}));
+  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Obtaining catalog directory: " + definition.string(),
+                                               "DEBUG Obtaining components data: " + definition.string(),
+                                               "INFO Obtaining geoms data: " + definition.string()}));
   host.clearRecords();
   EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(host.texts("translation", "ERROR"),
-            (std::vector<std::string>{
-                "Evaluating VLT Library: library not found: NOPE",
-                "Obtaining catalog directory: problem(s) found while reading VLT library definition file: " +
-                    definition.string(),
-                "Evaluating VLT Library: library not found: NOPE",
-                "Obtaining components data: problem(s) found while reading VLT library definition file: " +
-                    definition.string(),
-                "Evaluating VLT Library: library not found: NOPE",
-                "Errors found while reading VLT library definition file: " + definition.string()}));
+            (TLines{"Evaluating VLT Library: library not found: NOPE",
+                    "Obtaining catalog directory: problem(s) found while reading VLT library definition file: " +
+                        definition.string(),
+                    "Evaluating VLT Library: library not found: NOPE",
+                    "Obtaining components data: problem(s) found while reading VLT library definition file: " +
+                        definition.string(),
+                    "Evaluating VLT Library: library not found: NOPE",
+                    "Errors found while reading VLT library definition file: " + definition.string()}));
 }
 
 TEST_F(EvaluationTest, LibraryListHoldsEveryNameInOrder) {
   const std::string rid = NComponent::getVLTLibraryList(lib.string());
   ASSERT_NE(rid, "");
   EXPECT_EQ(*NComponent::find1D(rid), (NComponent::TList1D{"MAIN", "BROKEN", "MAIN"}));
-  EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"INFO Obtaining VLT library list from: " + definition.string()}));
+  EXPECT_EQ(host.lines("translation"), (TLines{"INFO Obtaining VLT library list from: " + definition.string()}));
   removeList(rid);
   // A missing definition file is covered by the end-to-end test.
   host.clearService("get wdir");

@@ -27,8 +27,8 @@ struct LocationMapTest : StartedHostTest {
 };
 
 // "prefix: path | path" lines.
-std::vector<std::string> describe(const TLocationMap& map) {
-  std::vector<std::string> out;
+TLines describe(const TLocationMap& map) {
+  TLines out;
   for (const auto& prefix : map) {
     std::string line = prefix.first + ":";
     for (const auto& path : prefix.second) line += " " + path + " |";
@@ -40,22 +40,11 @@ std::vector<std::string> describe(const TLocationMap& map) {
 TEST_F(LocationMapTest, PrefixesPathsAndAllMessages) {
   const std::string a = tmp.str() + "/a dir";
   boost::filesystem::create_directories(a);
-  auto map = read(
-      "QRN_LOCATION_MAP_1 force\n"
-      "  # site library\n"
-      "\n"
-      "  $LIB_ROOT   trailing words\n"
-      "   " +
-      a +
-      "   \n"
-      "/nowhere/x\n"
-      "/nowhere/y\n"
-      "$EMPTY\n"
-      "$LIB_ROOT\n" +
-      a + "\n");
-  EXPECT_EQ(describe(map), (std::vector<std::string>{"$LIB_ROOT: " + a + " | /nowhere/x | /nowhere/y |",
-                                                     "$EMPTY:", "$LIB_ROOT: " + a + " |"}));
-  const std::vector<std::string> expected{
+  auto map = read("QRN_LOCATION_MAP_1 force\n  # site library\n\n  $LIB_ROOT   trailing words\n   " + a +
+                  "   \n/nowhere/x\n/nowhere/y\n$EMPTY\n$LIB_ROOT\n" + a + "\n");
+  EXPECT_EQ(describe(map),
+            (TLines{"$LIB_ROOT: " + a + " | /nowhere/x | /nowhere/y |", "$EMPTY:", "$LIB_ROOT: " + a + " |"}));
+  const TLines expected{
       "INFO Reading location map file: " + file.string(),
       "WARN Location map file: for the soft prefix: $LIB_ROOT the following hard pathname does not exist in the "
       "filesystem: /nowhere/x",
@@ -74,16 +63,15 @@ TEST_F(LocationMapTest, HeadersCommentsAndOddLines) {
   // "$" alone needs one more character to be a prefix: it is a path. A
   // malformed header is a path as well, here an orphaned one.
   auto map = read("QRN_LOCATION_MAP_x\n$A\n$\n#$B\n$C\n");
-  EXPECT_EQ(describe(map), (std::vector<std::string>{"$A: $ |", "$C:"}));
+  EXPECT_EQ(describe(map), (TLines{"$A: $ |", "$C:"}));
   EXPECT_EQ(host.texts("translation", "WARN"),
-            (std::vector<std::string>{
-                "Location map file: orphaned hard pathname: QRN_LOCATION_MAP_x",
-                "Location map file: for the soft prefix: $A the following hard pathname does not exist in the "
-                "filesystem: $"}));
+            (TLines{"Location map file: orphaned hard pathname: QRN_LOCATION_MAP_x",
+                    "Location map file: for the soft prefix: $A the following hard pathname does not exist in the "
+                    "filesystem: $"}));
   // Orphaned paths are lost; a quiet read logs nothing.
   host.clearRecords();
   map = read("/orphan one\n/orphan two\n$P\n" + tmp.str() + "\n", false);
-  EXPECT_EQ(describe(map), (std::vector<std::string>{"$P: " + tmp.str() + " |"}));
+  EXPECT_EQ(describe(map), (TLines{"$P: " + tmp.str() + " |"}));
   EXPECT_TRUE(host.records().empty());
 }
 
@@ -93,11 +81,11 @@ TEST_F(LocationMapTest, AppendsAndUnreadableFileIsAlwaysAnError) {
   ASSERT_TRUE(QllnGeneral::readLocationMap(map, file, false));
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path() / "missing", false));
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path(), true));
-  EXPECT_EQ(describe(map), (std::vector<std::string>{"$KEEP: x |", "$B: /b |"}));
+  EXPECT_EQ(describe(map), (TLines{"$KEEP: x |", "$B: /b |"}));
   EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{"ERROR Location map file: cannot read the file: " + tmp.str() + "/missing",
-                                      "INFO Reading location map file: " + tmp.str(),
-                                      "ERROR Location map file: cannot read the file: " + tmp.str()}));
+            (TLines{"ERROR Location map file: cannot read the file: " + tmp.str() + "/missing",
+                    "INFO Reading location map file: " + tmp.str(),
+                    "ERROR Location map file: cannot read the file: " + tmp.str()}));
 }
 
 }  // namespace

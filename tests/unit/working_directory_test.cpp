@@ -21,8 +21,6 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-using TLines = std::vector<std::string>;
-
 std::string textProp(int n, const std::string& name) {
   return "*TEXTPROP " + std::to_string(n) + " CELL 132 \".*\" 1 \"" + name +
          "\" 0.080in INVISIBLE SINGLE TEMPLATE \"engineering\" 6 3 3 1 1 1";
@@ -167,9 +165,9 @@ TEST_F(CreateWDirTest, MissingHostServicesEndWithFatalColonMessages) {
 
 std::string shippedSeedProperties() {
   CTempDir seed;
-  std::string command = "'" + std::string(VLT_TOOLS_DIR) + "/libforge.exe' -CreateSeed -zpcpath='" +
-                        (seed.path() / "Library.zpc").string() + "' >/dev/null";
-  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(shell("'" + std::string(VLT_TOOLS_DIR) + "/libforge.exe' -CreateSeed -zpcpath='" +
+                  (seed.path() / "Library.zpc").string() + "' >/dev/null"),
+            0);
   return readFile(seed.path() / "CentLib.prp");
 }
 
