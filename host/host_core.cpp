@@ -55,7 +55,8 @@ log4cxx::LoggerPtr makeSink(CHostCore* core, const std::string& sink, bool attac
 
 }  // namespace
 
-CHostCore::CHostCore() : mPrevious(gCurrent) {
+CHostCore::CHostCore()
+    : mLevel(log4cxx::Level::getInfo()), mComponentLevel(log4cxx::Level::getInfo()), mPrevious(gCurrent) {
   gCurrent = this;
   mInit = makeSink(this, "init", true);
   mTranslation = makeSink(this, "translation", true);
@@ -91,17 +92,42 @@ void CHostCore::failService(const std::string& name, bool on) {
 }
 
 void CHostCore::setLevel(const std::string& level) {
-  log4cxx::LevelPtr lvl = log4cxx::Level::toLevel(level, log4cxx::Level::getInfo());
-  for (const auto& logger : {mInit, mTranslation, mComponent}) logger->setLevel(lvl);
+  mLevel = mComponentLevel = log4cxx::Level::toLevel(level, log4cxx::Level::getInfo());
+  applyLevels();
 }
 
 void CHostCore::setComponentLevel(const std::string& level) {
-  mComponent->setLevel(log4cxx::Level::toLevel(level, log4cxx::Level::getInfo()));
+  mComponentLevel = log4cxx::Level::toLevel(level, log4cxx::Level::getInfo());
+  applyLevels();
+}
+
+void CHostCore::setTap(const std::string& level, std::function<void(const TLogRecord&)> tap) {
+  mTap = std::move(tap);
+  mTapLevel = mTap ? log4cxx::Level::toLevel(level, log4cxx::Level::getDebug()) : log4cxx::LevelPtr();
+  applyLevels();
+}
+
+namespace {
+log4cxx::LevelPtr lower(const log4cxx::LevelPtr& a, const log4cxx::LevelPtr& b) {
+  if (!b) return a;
+  return b->toInt() < a->toInt() ? b : a;
+}
+}  // namespace
+
+void CHostCore::applyLevels() {
+  mInit->setLevel(lower(mLevel, mTapLevel));
+  mTranslation->setLevel(lower(mLevel, mTapLevel));
+  mComponent->setLevel(lower(mComponentLevel, mTapLevel));
 }
 
 void CHostCore::record(const std::string& sink, const std::string& level, const std::string& message) {
-  mRecords.push_back({sink, level, message});
+  TLogRecord entry{sink, level, message};
+  if (mTap) mTap(entry);
+  const log4cxx::LevelPtr& threshold = sink == "component" ? mComponentLevel : mLevel;
+  if (log4cxx::Level::toLevel(level, log4cxx::Level::getInfo())->toInt() < threshold->toInt()) return;
+  mRecords.push_back(entry);
   if (mEcho != nullptr) (*mEcho) << sink << ' ' << level << ' ' << message << '\n' << std::flush;
+  if (mObserver) mObserver(mRecords.back());
 }
 
 bool CHostCore::serve(const std::string& service, const std::string* component, void* out) {

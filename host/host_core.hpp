@@ -49,6 +49,12 @@ class CHostCore {
   void setComponentLevel(const std::string& level);  // the per-component sink
   // Every message also goes to this stream as "<sink> <LEVEL> <message>".
   void setEcho(std::ostream* out) { mEcho = out; }
+  // Every recorded message also goes to this function.
+  void setObserver(std::function<void(const TLogRecord&)> observer) { mObserver = std::move(observer); }
+  // The loggers pass messages down to `level` to the tap, whatever the
+  // thresholds are; the thresholds still decide what is recorded and logged.
+  // The progress display reads the component's Debug messages so.
+  void setTap(const std::string& level, std::function<void(const TLogRecord&)> tap);
 
   const std::vector<TLogRecord>& records() const { return mRecords; }
   void clearRecords() { mRecords.clear(); }
@@ -75,6 +81,9 @@ class CHostCore {
   int mOpened = 0, mClosed = 0;
   std::vector<TLogRecord> mRecords;
   std::ostream* mEcho = nullptr;
+  std::function<void(const TLogRecord&)> mObserver, mTap;
+  log4cxx::LevelPtr mLevel, mComponentLevel, mTapLevel;
+  void applyLevels();
   CHostCore* mPrevious = nullptr;
 };
 

@@ -1,7 +1,10 @@
 #include "host/lua_host.hpp"
 
+#include <cstdlib>
 #include <lua.hpp>
 #include <set>
+
+#include "host/log_text.hpp"
 
 namespace vlthost {
 
@@ -12,6 +15,7 @@ struct TState {
   TComponentEntry* entry;
   std::set<std::string> refused;  // names bindScriptFunction said no to
   std::set<std::string> binding;  // names being bound: the binder looks them up itself
+  IScriptObserver* observer;
 };
 
 TState& state(lua_State* L) { return *static_cast<TState*>(lua_touserdata(L, lua_upvalueindex(1))); }
@@ -62,6 +66,8 @@ int hostSetParam(lua_State* L) {
   return 0;
 }
 
+void wrapGlobal(lua_State* L, TState& s, const std::string& name);
+
 int hostBind(lua_State* L) {
   TState& s = state(L);
   std::string name = checkString(L, 1);
@@ -69,6 +75,7 @@ int hostBind(lua_State* L) {
   s.binding.insert(name);
   bool bound = bind != nullptr && bind(L, name.c_str());
   s.binding.erase(name);
+  if (bound) wrapGlobal(L, s, name);
   lua_pushboolean(L, bound);
   return 1;
 }
@@ -125,6 +132,91 @@ int hostLoggerCounts(lua_State* L) {
   return 2;
 }
 
+// The answer of a script function as text, for the progress display.
+std::string resultText(lua_State* L, int index) {
+  switch (lua_type(L, index)) {
+    case LUA_TBOOLEAN:
+      return lua_toboolean(L, index) ? "true" : "false";
+    case LUA_TNUMBER:
+    case LUA_TSTRING: {
+      // On a copy: lua_tolstring turns a number into a string in place.
+      lua_pushvalue(L, index);
+      size_t length = 0;
+      const char* text = lua_tolstring(L, -1, &length);
+      std::string result(text, length);
+      lua_pop(L, 1);
+      return result;
+    }
+    case LUA_TNONE:
+      return "(nothing)";
+    default:
+      return luaL_typename(L, index);
+  }
+}
+
+// Stands in the globals for a bound script function: tells the observer of
+// the call and its answer, and shortens the text of a Lua error, which can
+// hold a path of any length, before it goes on to the script.
+int callWrapped(lua_State* L) {
+  TState& s = state(L);
+  std::string name = lua_tostring(L, lua_upvalueindex(3));
+  int arguments = lua_gettop(L);
+  lua_pushvalue(L, lua_upvalueindex(2));
+  lua_insert(L, 1);
+  if (s.observer != nullptr) s.observer->callBegin(name);
+  if (lua_pcall(L, arguments, LUA_MULTRET, 0) != LUA_OK) {
+    if (lua_type(L, -1) == LUA_TSTRING) {
+      std::string message = shortenMiddle(lua_tostring(L, -1));
+      if (s.observer != nullptr) s.observer->callError(name, message);
+      lua_pop(L, 1);
+      lua_pushlstring(L, message.data(), message.size());
+    } else if (s.observer != nullptr) {
+      s.observer->callError(name, "(error object is not a string)");
+    }
+    return lua_error(L);
+  }
+  if (s.observer != nullptr) s.observer->callEnd(name, resultText(L, 1));
+  return lua_gettop(L);
+}
+
+// Replaces the global `name`, a function just bound, by its wrapper.
+void wrapGlobal(lua_State* L, TState& s, const std::string& name) {
+  lua_pushglobaltable(L);
+  lua_pushlstring(L, name.data(), name.size());
+  lua_rawget(L, -2);
+  if (lua_isfunction(L, -1)) {
+    lua_pushlightuserdata(L, &s);
+    lua_insert(L, -2);
+    lua_pushlstring(L, name.data(), name.size());
+    lua_pushcclosure(L, callWrapped, 3);
+    lua_pushlstring(L, name.data(), name.size());
+    lua_insert(L, -2);
+    lua_rawset(L, -3);
+  } else {
+    lua_pop(L, 1);
+  }
+  lua_pop(L, 1);
+}
+
+// host.step(title): the workflow names the step that begins.
+int hostStep(lua_State* L) {
+  TState& s = state(L);
+  if (s.observer != nullptr) s.observer->step(checkString(L, 1));
+  return 0;
+}
+
+// os.exit(code): the observer writes what waits, then the process ends.
+int hostExit(lua_State* L) {
+  TState& s = state(L);
+  int code = EXIT_SUCCESS;
+  if (lua_isboolean(L, 1))
+    code = lua_toboolean(L, 1) ? EXIT_SUCCESS : EXIT_FAILURE;
+  else if (!lua_isnoneornil(L, 1))
+    code = static_cast<int>(luaL_checkinteger(L, 1));
+  if (s.observer != nullptr) s.observer->exiting(code);
+  std::exit(code);
+}
+
 // __index of the globals: an undefined name is asked for once through
 // bindScriptFunction; a bound name then stands in the globals table.
 int globalIndex(lua_State* L) {
@@ -140,6 +232,7 @@ int globalIndex(lua_State* L) {
     s.refused.insert(name);
     return 0;
   }
+  wrapGlobal(L, s, name);
   lua_rawget(L, 1);
   return 1;
 }
@@ -159,11 +252,18 @@ void setHostTable(lua_State* L, TState* s) {
                                        {"messages", hostMessages},
                                        {"clear_messages", hostClearMessages},
                                        {"logger_counts", hostLoggerCounts},
+                                       {"step", hostStep},
                                        {nullptr, nullptr}};
   lua_newtable(L);
   lua_pushlightuserdata(L, s);
   luaL_setfuncs(L, functions, 1);
   lua_setglobal(L, "host");
+
+  lua_getglobal(L, "os");
+  lua_pushlightuserdata(L, s);
+  lua_pushcclosure(L, hostExit, 1);
+  lua_setfield(L, -2, "exit");
+  lua_pop(L, 1);
 
   lua_pushglobaltable(L);
   lua_newtable(L);
@@ -177,8 +277,8 @@ void setHostTable(lua_State* L, TState* s) {
 }  // namespace
 
 int runScript(CHostCore& core, TComponentEntry& entry, const std::string& script, const std::vector<std::string>& args,
-              std::string& error) {
-  TState s{&core, &entry, {}, {}};
+              std::string& error, IScriptObserver* observer) {
+  TState s{&core, &entry, {}, {}, observer};
   lua_State* L = luaL_newstate();
   luaL_openlibs(L);
   // Lua 5.1 names the workflow scripts may use.

@@ -1,0 +1,98 @@
+// The host's log text, log forms and step lines, and the symbol reader of
+// the summary.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "host/log_text.hpp"
+#include "host/log_writer.hpp"
+#include "host/progress.hpp"
+#include "summary/summary.hpp"
+
+using namespace vlthost;
+
+TEST(HostLogText, ControlBytesAndBrokenUtf8AreEscaped) {
+  EXPECT_EQ(escapeControlBytes("a\nb\tc\rd\x01"
+                               "e\x7f"
+                               "f"),
+            "a\\nb\\tc\\rd\\x01e\\x7Ff");
+  EXPECT_EQ(escapeControlBytes("\xC3 \xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir"),
+            "\\xC3 \\xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir");
+  EXPECT_EQ(escapeControlBytes("\xED\xA0\x80"), "\\xED\\xA0\\x80");  // a surrogate is no UTF-8
+}
+
+TEST(HostLogText, LongMessagesKeepHeadAndTail) {
+  EXPECT_EQ(shortenMiddle(std::string(480, 'a')), std::string(480, 'a'));
+  std::string shortened = shortenMiddle("head" + std::string(1000000, 'x') + "tail");
+  EXPECT_LT(shortened.size(), 520u);
+  EXPECT_EQ(shortened.substr(0, 4), "head");
+  EXPECT_EQ(shortened.substr(shortened.size() - 4), "tail");
+  EXPECT_NE(shortened.find(" [... 999568 bytes left out ...] "), std::string::npos);
+  // The cut does not split a two-byte character.
+  std::string accents;
+  for (int i = 0; i < 300; ++i) accents += "\xC3\xA9";
+  EXPECT_EQ(escapeControlBytes(shortenMiddle(accents)).find("\\x"), std::string::npos);
+}
+
+TEST(HostLogWriter, PeopleFormMergesTheTwoSinksOfOneMessage) {
+  std::ostringstream out;
+  {
+    CLogWriter log(out, ELogFormat::People);
+    log.header("vlt2hrw-host 1.0: run");
+    log.write("translation", "WARN", "one\x02");
+    log.write("component", "WARN", "one\x02");
+    log.write("component", "WARN", "one\x02");  // the same sink again is a second message
+    log.write("init", "INFO", "two");
+  }
+  std::string text = std::regex_replace(out.str(), std::regex("[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "), "T ");
+  text = std::regex_replace(text, std::regex("^=== [0-9-]+ T?[0-9:]+ UTC "), "=== DATE ");
+  EXPECT_EQ(text,
+            "=== DATE vlt2hrw-host 1.0: run ===\n"
+            "T WARN  translation+component: one\\x02\n"
+            "T WARN  component: one\\x02\n"
+            "T INFO  init: two\n");
+  std::ostringstream exact;
+  CLogWriter log(exact, ELogFormat::Exact);
+  log.header("not in the exact form");
+  log.write("translation", "ERROR", "a\nb");
+  EXPECT_EQ(exact.str(), "translation ERROR a\\nb\n");
+}
+
+TEST(HostProgress, OneLinePerStepWithItemsWarningsAndResult) {
+  std::ostringstream out;
+  CProgress progress(out, EProgress::Lines);
+  progress.callBegin("new_1d_list");  // no step of its own
+  progress.callEnd("new_1d_list", "RID1");
+  progress.callBegin("save_catalogs");
+  progress.message("translation", "INFO", "Saving catalog: /lib/catalogs/digital");
+  progress.message("component", "INFO", "Saving catalog: /lib/catalogs/digital");
+  progress.message("translation", "WARN", "Saving catalog: /lib/catalogs/analog");
+  progress.callEnd("save_catalogs", "true");
+  progress.step("Symbols");
+  progress.message("translation", "INFO", "Following number of symbols found for partition logic: 2");
+  progress.callBegin("write_neutral_symbol_data");
+  progress.callEnd("write_neutral_symbol_data", "false");
+  progress.callBegin("verify_symbols");
+  progress.callEnd("verify_symbols", "true");
+  progress.finish();
+  std::string text = std::regex_replace(out.str(), std::regex(", [0-9.]+ s\n"), ", D\n");
+  EXPECT_EQ(text,
+            "save_catalogs: done, 2 items, 1 warning, D\n"
+            "Symbols: FAILED (write_neutral_symbol_data answered false), D\n");
+  EXPECT_EQ(CProgress::durationText(std::chrono::seconds(187)), "3 min 07 s");
+}
+
+TEST(SummaryDrawing, ReadsSourceAndTargetStatements) {
+  vltsummary::TDrawing source =
+      vltsummary::readDrawing(std::string(VLT_SOURCE_DIR) + "/examples/components/analog/passive/res.smbl_2");
+  ASSERT_TRUE(source.valid) << source.problem;
+  EXPECT_EQ(source.name, "res");
+  EXPECT_EQ(source.refdes, "R?");
+  EXPECT_EQ(source.x2, 6);
+  ASSERT_EQ(source.pins.size(), 2u);
+  EXPECT_EQ(source.pins[1].name + source.pins[1].number + source.pins[1].side, "22R");
+  vltsummary::TDrawing missing = vltsummary::readDrawing("/nonexistent.sym");
+  EXPECT_FALSE(missing.valid);
+  EXPECT_EQ(missing.problem, "cannot read /nonexistent.sym");
+}
