@@ -1,8 +1,11 @@
 #include "tools/toolkit.hpp"
 
+#include <boost/algorithm/string/trim.hpp>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
+#include <set>
 
 namespace vlttools {
 
@@ -52,6 +55,27 @@ void injectFailure(const std::string& variable, const std::string& toolName) {
   }
   if (mode.rfind("signal:", 0) == 0) std::raise(std::atoi(mode.c_str() + 7));
   if (mode == "crash") std::abort();
+}
+
+bool appendRejectedParts(const std::string& file, const std::string& tool, const std::string& catalog,
+                         const std::vector<std::pair<std::string, std::string>>& rejected) {
+  if (rejected.empty()) return true;
+  std::set<std::string> listed;
+  std::ifstream in(file, std::ios::binary);
+  for (std::string line; std::getline(in, line);) {
+    boost::algorithm::trim(line);
+    if (!line.empty() && line.compare(0, 2, "//") != 0) listed.insert(line);
+  }
+  in.close();
+  std::string text;
+  for (const auto& part : rejected) {
+    const std::string entry = catalog + " " + part.first;
+    if (listed.insert(entry).second) text += "// rejected by " + tool + ": " + part.second + "\n" + entry + "\n";
+  }
+  if (text.empty()) return true;
+  std::ofstream out(file, std::ios::binary | std::ios::app);
+  out << text;
+  return static_cast<bool>(out.flush());
 }
 
 }  // namespace vlttools
