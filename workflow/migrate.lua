@@ -145,7 +145,18 @@ end
 
 local library_dir, out = settings.library_dir:gsub("/+$", ""), settings.out_dir:gsub("/+$", "")
 local wdir = out .. "/wdir"
-local host_log = out .. "/host.log"
+-- The host's log file: the value of its --log option, if it was given.
+local host_log
+do
+  local pipe = io.popen("tr '\\0' '\\n' < /proc/$PPID/cmdline 2>/dev/null")
+  local words = {}
+  for line in (pipe and pipe:lines() or function() end) do words[#words + 1] = line end
+  if pipe then pipe:close() end
+  for i = 1, #words - 1 do
+    if words[i] == "--log" then host_log = absolute(words[i + 1]) end
+    if words[i]:match("%.lua$") then break end
+  end
+end
 
 -- Output --------------------------------------------------------------------
 
@@ -168,12 +179,13 @@ local function count_messages()
 end
 
 -- Stops the run: what went wrong, where, what to do.
-local current_step = "before the first step"
+local current_step = nil
 local function stop(what, todo)
   count_messages()
-  io.stderr:write("\nmigrate.lua: stopped in the step \"" .. current_step .. "\": " .. what .. "\n")
+  local where = current_step and ("stopped in the step \"" .. current_step .. "\"") or "cannot start"
+  io.stderr:write("\nmigrate.lua: " .. where .. ": " .. what .. "\n")
   if todo then io.stderr:write("  what to do: " .. todo .. "\n") end
-  io.stderr:write("  the log: " .. (exists(host_log) and host_log or "where --log of the host sends it") .. "\n")
+  io.stderr:write("  the log: " .. (host_log or "the host's standard error (--log FILE keeps it)") .. "\n")
   os.exit(EXIT_STEP_FAILED)
 end
 
@@ -490,7 +502,7 @@ local rows = {
    n("cell partitions") .. " cell"},
   {"parts databases", n("parts databases imported") .. " imported of " .. n("catalogs listed") .. " catalog(s)"},
   {"log", tally.warnings .. " warning(s), " .. tally.errors .. " error(s)" ..
-   (exists(host_log) and " in " .. host_log or "")},
+   (host_log and " in " .. host_log or "")},
 }
 for _, row in ipairs(rows) do print(string.format("  %-16s %s", row[1], row[2])) end
 print("  reports:")
