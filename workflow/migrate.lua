@@ -61,9 +61,16 @@ local function current_dir()
   return dir or os.getenv("PWD") or "."
 end
 
+-- An absolute path without "." and ".." (the tools run in other directories).
 local function absolute(path, base)
-  if path == nil or path == "" or path:sub(1, 1) == "/" then return path end
-  return (base or current_dir()) .. "/" .. path:gsub("^%./", "")
+  if path == nil or path == "" then return path end
+  if path:sub(1, 1) ~= "/" then path = (base or current_dir()) .. "/" .. path end
+  local parts = {}
+  for part in path:gmatch("[^/]+") do
+    if part == ".." then parts[#parts] = nil
+    elseif part ~= "." then parts[#parts + 1] = part end
+  end
+  return "/" .. table.concat(parts, "/")
 end
 
 local function read_lines(path)
