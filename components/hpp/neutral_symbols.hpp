@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/symbol_list_file.hpp"
 #include "common/symbol_list_item.hpp"
 #include "impl/symbol_cfg_files_impl.hpp"
 #include "misc.hpp"
@@ -27,6 +28,14 @@ bool readPartitionTable(const boost::filesystem::path& configDir, int& depth, TP
 // The files of `dir` named "<partition>.sym_list.caf", by name, with their
 // partitions.
 std::vector<std::pair<boost::filesystem::path, std::string>> partitionListFiles(const boost::filesystem::path& dir);
+
+// Whether the partition of a list file is in the table; a Warn with `prefix`
+// when it is not, so that its symbols are passed over.
+bool knownPartition(const TSinks& sinks, const std::string& prefix, const std::string& partition,
+                    const TPartitionTable& table);
+// Reads a partition's list file; an Error with `prefix` when it cannot.
+bool readPartitionList(const TSinks& sinks, const std::string& prefix, const boost::filesystem::path& file,
+                       rig_common::CSymbolListFileReader& reader);
 
 // <neutral dir>/symbols_<depth>
 boost::filesystem::path neutralSymbolRoot(const boost::filesystem::path& neutralDir, int depth);

@@ -238,14 +238,8 @@ TSymbolResult convertSymbol(CScriptCall& call, TConvertRun& run, const TPartitio
 bool convertPartition(CScriptCall& call, TConvertRun& run, const fs::path& listFile, const std::string& partition) {
   TPartitionRun part;
   part.name = partition;
+  if (!NSymbol::knownPartition(call, kPrefix, part.name, run.partitions)) return true;
   const auto record = run.partitions.find(part.name);
-  if (record == run.partitions.end()) {
-    RIG_LOG(call, Warn,
-            kPrefix << "following symbol partition is not listed in symbol data file so related symbols will not "
-                       "be translated: "
-                    << part.name);
-    return true;
-  }
   part.outputDir = run.symbolLibs / part.name;
   if (!fs::is_directory(part.outputDir)) {
     RIG_LOG(call, Warn,
@@ -258,10 +252,7 @@ bool convertPartition(CScriptCall& call, TConvertRun& run, const fs::path& listF
 
   rig_common::log4rig::Log4Cxx listLogger(call.sinks());
   rig_common::CSymbolListFileReader reader(&listLogger);
-  if (!reader.read(listFile.string())) {
-    RIG_LOG(call, Error, kPrefix << "cannot read symbol partition file: " << listFile.string());
-    return true;
-  }
+  if (!NSymbol::readPartitionList(call, kPrefix, listFile, reader)) return true;
   RIG_LOG(call, Info, "Following number of symbols found for partition " << part.name << ": " << reader.list().size());
   for (const auto& item : reader.list()) {
     const TSymbolResult result = convertSymbol(call, run, part, item);

@@ -43,6 +43,23 @@ std::vector<std::pair<fs::path, std::string>> partitionListFiles(const fs::path&
   return files;
 }
 
+bool knownPartition(const TSinks& sinks, const std::string& prefix, const std::string& partition,
+                    const TPartitionTable& table) {
+  if (table.count(partition) != 0) return true;
+  RIG_LOG(sinks, Warn,
+          prefix << "following symbol partition is not listed in symbol data file so related symbols will not be "
+                    "translated: "
+                 << partition);
+  return false;
+}
+
+bool readPartitionList(const TSinks& sinks, const std::string& prefix, const fs::path& file,
+                       rig_common::CSymbolListFileReader& reader) {
+  if (reader.read(file.string())) return true;
+  RIG_LOG(sinks, Error, prefix << "cannot read symbol partition file: " << file.string());
+  return false;
+}
+
 fs::path neutralSymbolRoot(const fs::path& neutralDir, int depth) {
   return neutralDir / ("symbols_" + std::to_string(depth));
 }
@@ -192,18 +209,9 @@ bool writeNeutralSymbolData(const std::string& locationMapFile, bool overwrite) 
 
   for (const auto& listFile : NSymbol::partitionListFiles(listsDir)) {
     const std::string& partition = listFile.second;
-    if (partitions.count(partition) == 0) {
-      RIG_LOG(call, Warn,
-              kPrefix << "following symbol partition is not listed in symbol data file so related symbols "
-                         "will not be translated: "
-                      << partition);
-      continue;
-    }
+    if (!NSymbol::knownPartition(call, kPrefix, partition, partitions)) continue;
     rig_common::CSymbolListFileReader reader(&logger);
-    if (!reader.read(listFile.first.string())) {
-      RIG_LOG(call, Error, kPrefix << "cannot read symbol partition file: " << listFile.first.string());
-      continue;
-    }
+    if (!NSymbol::readPartitionList(call, kPrefix, listFile.first, reader)) continue;
     RIG_LOG(call, Info,
             "Following number of symbols found for partition " << partition << ": " << reader.list().size());
     for (const rig_common::CSymbolListItem& item : reader.list()) {

@@ -15,6 +15,7 @@
 #include "common/text_helpers.hpp"
 #include "impl/symbol_cfg_files_impl.hpp"
 #include "list_registry.hpp"
+#include "neutral_symbols.hpp"
 #include "script_functions.hpp"
 #include "symbols.hpp"
 
@@ -30,6 +31,7 @@ namespace {
 const char kSymbolData[] = "symbol_data.xml";
 const char kMappingFile[] = "symbol_data_mapping.xml";
 const char kDefaultId[] = "default";
+const char kUpdatePrefix[] = "Updating partitioned symbol lists: ";
 
 // The path tail of each directory, made once per directory.
 class CTailCache {
@@ -54,23 +56,11 @@ std::string dotsToUnderscores(std::string text) {
 
 // The symbol list files of a directory, by name (the order in which the
 // directory lists them on the original platform).
-std::vector<fs::path> symbolListFiles(const fs::path& dir) {
-  std::vector<fs::path> files;
-  for (fs::directory_iterator it(dir), end; it != end; ++it)
-    if (fs::is_regular_file(it->status()) && rig_common::symbol::isSymbolListFileName(it->path().filename().string()))
-      files.push_back(it->path());
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 // Gives each use of each symbol of one partition file a postfix "_<n>"
 // such that "<tail>_<name>_<n>" is unique within the file, and rewrites it.
 void numberUses(CScriptCall& call, rig_common::log4rig::ILogger* logger, const fs::path& file, int depth) {
   rig_common::CSymbolListFileReader reader(logger);
-  if (!reader.read(file.string())) {
-    RIG_LOG(call, Error, "Updating partitioned symbol lists: cannot read symbol partition file: " << file.string());
-    return;
-  }
+  if (!NSymbol::readPartitionList(call, kUpdatePrefix, file, reader)) return;
   CTailCache tails(depth);
   std::unordered_set<std::string> taken;
   std::vector<std::string> bases;
@@ -289,8 +279,8 @@ bool updatePartitionedSymbolLists() {
   std::list<TPartitionData> records;
   if (!NVlt2HrwHelpers::readSymbolConfigurationData(configDir / kSymbolData, start, stop, depth, &records))
     return false;
-  std::set<std::string> renames;
-  for (const TPartitionData& record : records) renames.insert(record.rename);
+  NSymbol::TPartitionTable renames;
+  for (const TPartitionData& record : records) renames.emplace(record.rename, record);
   const fs::path listDir = neutralDir / "symbol_lists";
   if (!fs::is_directory(listDir)) {
     RIG_LOG(call, Error,
@@ -298,17 +288,9 @@ bool updatePartitionedSymbolLists() {
     return false;
   }
   auto logger = call.logger();
-  for (const fs::path& file : symbolListFiles(listDir)) {
-    const std::string stem = rig_common::symbol::symbolListStem(file.filename().string());
-    if (renames.count(stem) == 0) {
-      RIG_LOG(call, Warn,
-              "Updating partitioned symbol lists: following symbol partition is not listed in symbol data file so "
-              "related symbols will not be translated: "
-                  << stem);
-      continue;
-    }
-    numberUses(call, &logger, file, depth);
-  }
+  for (const auto& listFile : NSymbol::partitionListFiles(listDir))
+    if (NSymbol::knownPartition(call, kUpdatePrefix, listFile.second, renames))
+      numberUses(call, &logger, listFile.first, depth);
   return true;
 }
 

@@ -50,18 +50,9 @@ bool walkNeutralSymbols(CScriptCall& call, const std::string& prefix, fs::path* 
   auto logger = call.logger();
   rig_common::CVlt2hrwSymbolNeutralHandler symbol;
   for (const auto& listFile : NSymbol::partitionListFiles(listsDir)) {
-    if (partitions.count(listFile.second) == 0) {
-      RIG_LOG(call, Warn,
-              prefix << "following symbol partition is not listed in symbol data file so related symbols will not "
-                        "be translated: "
-                     << listFile.second);
-      continue;
-    }
+    if (!NSymbol::knownPartition(call, prefix, listFile.second, partitions)) continue;
     rig_common::CSymbolListFileReader reader(&logger);
-    if (!reader.read(listFile.first.string())) {
-      RIG_LOG(call, Error, prefix << "cannot read symbol partition file: " << listFile.first.string());
-      continue;
-    }
+    if (!NSymbol::readPartitionList(call, prefix, listFile.first, reader)) continue;
     for (const rig_common::CSymbolListItem& item : reader.list()) {
       const std::string directory = item.getDirectory(), name = item.getName();
       const fs::path file = NSymbol::neutralSymbolFile(root, directory, name, depth);

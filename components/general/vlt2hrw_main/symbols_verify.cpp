@@ -62,18 +62,9 @@ bool verifySymbols(const std::string& /*ignored*/) {
   std::ostringstream missing;
   for (const auto& listFile : NSymbol::partitionListFiles(listsDir)) {
     const std::string& partition = listFile.second;
-    if (partitions.count(partition) == 0) {
-      RIG_LOG(call, Warn,
-              kPrefix << "following symbol partition is not listed in symbol data file so related symbols will not "
-                         "be translated: "
-                      << partition);
-      continue;
-    }
+    if (!NSymbol::knownPartition(call, kPrefix, partition, partitions)) continue;
     rig_common::CSymbolListFileReader reader(&logger);
-    if (!reader.read(listFile.first.string())) {
-      RIG_LOG(call, Error, kPrefix << "cannot read symbol partition file: " << listFile.first.string());
-      continue;
-    }
+    if (!NSymbol::readPartitionList(call, kPrefix, listFile.first, reader)) continue;
     RIG_LOG(call, Info,
             kPrefix << "following number of symbols found for partition " << partition << ": " << reader.list().size());
     for (const rig_common::CSymbolListItem& item : reader.list()) {
