@@ -178,7 +178,10 @@ local function count_messages()
     local key = m.level .. "\0" .. m.text
     if key ~= last and m.sink ~= "host" then
       if m.level == "WARN" then tally.warnings = tally.warnings + 1 end
-      if m.level == "ERROR" or m.level == "FATAL" then tally.errors = tally.errors + 1 end
+      if m.level == "ERROR" or m.level == "FATAL" then
+        tally.errors = tally.errors + 1
+        tally.last_error = m.text
+      end
     end
     last = key
   end
@@ -191,6 +194,7 @@ local function stop(what, todo)
   count_messages()
   local where = current_step and ("stopped in the step \"" .. current_step .. "\"") or "cannot start"
   io.stderr:write("\nmigrate.lua: " .. where .. ": " .. what .. "\n")
+  if tally.last_error then io.stderr:write("  the last error in the log: " .. tally.last_error .. "\n") end
   if todo then io.stderr:write("  what to do: " .. todo .. "\n") end
   io.stderr:write("  the log: " .. (host_log or "the host's standard error (--log FILE keeps it)") .. "\n")
   os.exit(EXIT_STEP_FAILED)
@@ -472,7 +476,7 @@ end
 
 for i = first, last do
   local name = STEPS[i]
-  current_step = titles[name]
+  current_step, tally.last_error = titles[name], nil
   print(string.format("== %d/%d %s", i, #STEPS, titles[name]))
   host.step(titles[name])
   if name ~= "wdir" and not lib then prepare_run() end
@@ -517,12 +521,21 @@ for _, name in ipairs({"verify_catalogs.txt", "symbol_path_depth_report.txt", "v
                        "symbol_pin_spacing_report.txt", "verify_pdb.txt"}) do
   if exists(reports .. "/" .. name) then print("    " .. reports .. "/" .. name) end
 end
--- The rejected items by name, the first few of each file.
-for _, file in ipairs({{"rejected_parts.caf", "^([^/%s][^\r]*)$"}, {"rejected_symbols.caf", "^%.SK_SYMBOL_PATH (.*)$"}}) do
-  local names = {}
-  for _, line in ipairs(read_lines(wdir .. "/log/" .. file[1])) do names[#names + 1] = line:match(file[2]) end
+-- The rejected items by name, the first few of each file, with the reason
+-- the tool wrote in the comment line before a part.
+for _, file in ipairs({"rejected_parts.caf", "rejected_symbols.caf"}) do
+  local names, reason = {}, nil
+  for _, line in ipairs(read_lines(wdir .. "/log/" .. file)) do
+    local symbol = line:match("^%.SK_SYMBOL_PATH (.*)$")
+    if line:match("^//") then reason = line:match("^//%s*(.-)%s*$")
+    elseif symbol then names[#names + 1] = symbol
+    elseif line:match("%S") and not line:match("^%.") then
+      names[#names + 1] = line .. (reason and " (" .. reason .. ")" or "")
+      reason = nil
+    end
+  end
   for i = 1, math.min(#names, 10) do print("  rejected: " .. names[i]) end
-  if #names > 10 then print("  rejected: ... " .. (#names - 10) .. " more in " .. file[1]) end
+  if #names > 10 then print("  rejected: ... " .. (#names - 10) .. " more in " .. file) end
 end
 print("  rejected items and tool logs:")
 for _, name in ipairs({"rejected_parts.caf", "rejected_symbols.caf", "tbl2flat.log", "symbol_converter_initial.log",

@@ -47,7 +47,7 @@ t.case("the settings' choices", function()
   assert(t.read(out .. "/wdir/config/symbol_data_mapping.xml"):find(
     '<pin_spacing val="0.05" unit="INCH" factor="2.0" />', 1, true), "scale factor")
   assert(text:find("\n  parts            11 translated, 1 rejected, 0 excluded\n", 1, true), text)
-  assert(text:find("\n  rejected: digital CD-1002\n", 1, true), text)
+  assert(text:find("\n  rejected: digital CD-1002 (rejected by qrn2pdb: pin Z does not exist on symbol digital_logic_nor2)\n", 1, true), text)
   assert(text:find("\nsummary: " .. out .. "/wdir/summary.html\n", 1, true), text)
 end)
 
