@@ -232,6 +232,10 @@ if wdir:find("[%s;&,=()'\"#]") then
                   "the shell; the parts database tools take their paths unquoted and will fail on it. Choose an " ..
                   "OUT_DIR without them.\n")
 end
+if not host_log then
+  io.stderr:write("migrate.lua: note: the host has no --log FILE: the log goes to standard error, and the summary " ..
+                  "finds no log to count (--log " .. out .. "/host.log keeps it where the summary looks)\n")
+end
 os.execute("mkdir -p '" .. out:gsub("'", "'\\''") .. "'")
 if not is_dir(out) then stop("the output directory " .. out .. " cannot be made", "choose an OUT_DIR you can write") end
 
