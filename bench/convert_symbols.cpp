@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <vector>
 
 #include "bench/vlt_library.hpp"
@@ -71,7 +72,11 @@ double updateSeconds(const fs::path& wdir, const fs::path& tool, int runs) {
                               "' > /dev/null";
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < runs; ++i) {
-    benchlib::writeText(partition / ("extra_" + std::to_string(i) + ".sym"), "TDSYMBOL 1\n");
+    const std::string name = "extra_" + std::to_string(i);
+    benchlib::writeText(partition / (name + ".sym"), "TDSYMBOL 1\n");
+    // As the symbol tool does: the name goes to the partition's journal.
+    fs::create_directories(partition / ".tdlib2zpc");
+    std::ofstream(((partition / ".tdlib2zpc") / "journal").string(), std::ios::app) << name << "\n";
     if (std::system(command.c_str()) != 0) std::printf("the update tool failed\n");
   }
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / runs;

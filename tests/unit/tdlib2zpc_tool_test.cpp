@@ -1,6 +1,5 @@
-// The tdlib2zpc.exe simulator: symbols of a partition entered once each, the
-// watcher's journal between runs, the listing when there is no watcher, and
-// its errors.
+// The tdlib2zpc.exe simulator: the first run's listing, then the symbol
+// tool's journal, each symbol entered once across runs, and its errors.
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -38,25 +37,54 @@ struct Tdlib2zpcTest : ::testing::Test {
   }
 };
 
-TEST_F(Tdlib2zpcTest, EntersEachSymbolOnceWhateverHowOftenItRuns) {
+TEST_F(Tdlib2zpcTest, ListsOnceThenEntersWhatTheJournalNamesOnce) {
   writeFile(part() / "a.sym", "x");
   writeFile(part() / "notes.txt", "x");
   ASSERT_EQ(update(), 0);
   EXPECT_EQ(output(), "tdlib2zpc: entered symbol P a\ntdlib2zpc: partition P: 1 new symbol(s), directory listed\n");
+  // Afterwards only the journal counts: a file nobody journalled waits.
   writeFile(part() / "b c.sym", "x");
-  writeFile(part() / "a.sym", "overwritten");
+  writeFile(part() / "unjournalled.sym", "x");
+  writeFile(part() / ".tdlib2zpc" / "journal", "b c\na\nb c\n");
   ASSERT_EQ(update(), 0);
   EXPECT_EQ(output(), "tdlib2zpc: entered symbol P b c\ntdlib2zpc: partition P: 1 new symbol(s)\n");
+  EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "");
+  // Damaged lines are passed over, a last line without its end counts.
+  writeFile(part() / "e.sym", "x");
+  writeFile(part() / "f.sym", "x");
+  writeFile(part() / ".tdlib2zpc" / "journal", "\n../a\nnope\n#sync 12\ne\r\n\xff\xfe\ne\nf");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(),
+            "tdlib2zpc: entered symbol P e\ntdlib2zpc: entered symbol P f\ntdlib2zpc: partition P: 2 new symbol(s)\n");
+  fs::remove(part() / ".tdlib2zpc" / "journal");
   ASSERT_EQ(update(), 0);
   EXPECT_EQ(output(), "tdlib2zpc: partition P: 0 new symbol(s)\n");
-  // Without its watcher the run lists the directory again.
-  writeFile(part() / ".tdlib2zpc" / "watcher", "0 0\n");
-  writeFile(part() / "d.sym", "x");
-  ASSERT_EQ(update(), 0);
-  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P d\ntdlib2zpc: partition P: 1 new symbol(s), directory listed\n");
+  EXPECT_FALSE(fs::exists(part() / ".tdlib2zpc" / "journal"));
   EXPECT_EQ(readFile(lib() / "Library.zpc"),
-            "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P a\n*SYMBOL P b c\n*SYMBOL P d\n");
+            "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P a\n*SYMBOL P b c\n*SYMBOL P e\n*SYMBOL P f\n");
   EXPECT_EQ(readFile(tmp.path() / "t.log").find("tdlib2zpc: entered symbol P a\n"), 0u);
+}
+
+TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceAndTakesOverAnOlderState) {
+  // An earlier version kept the names entered in a file: they stay entered.
+  writeFile(part() / ".tdlib2zpc" / "entered", "old\n");
+  writeFile(part() / "old.sym", "x");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: partition P: 0 new symbol(s), directory listed\n");
+  // Two source symbols folding to one target name, and the old name again.
+  const std::string logic = std::string(VLT_SOURCE_DIR) + "/examples/components/digital/logic";
+  std::string script = "td_symbol_output_path " + part().string() + "\n";
+  for (const char* name : {"n", "n", "old"})
+    script += "symbol begin\nsk_symbol_path " + logic + "/nand2\ntd_symbol_name " + name + "\nsymbol end\n";
+  writeFile(tmp.path() / "script", script + "run\nexit\n");
+  ASSERT_EQ(std::system(("'" + std::string(VLT_TOOLS_DIR) + "/sksym2td.exe' -nostart < '" +
+                         (tmp.path() / "script").string() + "' > /dev/null")
+                            .c_str()),
+            0);
+  EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "n\nn\nold\n");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P n\ntdlib2zpc: partition P: 1 new symbol(s)\n");
+  EXPECT_EQ(readFile(lib() / "Library.zpc"), "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P n\n");
 }
 
 TEST_F(Tdlib2zpcTest, ErrorsGiveMessagesAndCodes) {

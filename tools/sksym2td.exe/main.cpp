@@ -7,11 +7,13 @@
 // "write_symbol off" each "symbol begin ... end" block writes the neutral
 // symbol file named by td_symbol_neutral_path; with writing on (the default)
 // it writes the target symbol <td_symbol_name>.sym into td_symbol_output_path,
-// the SymXlt configuration of symxlt_cfg_file applied. Soft prefixes resolve
-// through QRN_LOCATION_MAP, relative outputs lie under QRN_WD. Exit codes:
-// 0 done, 1 bad script, 2 a symbol cannot be read, 3 an output cannot be
-// written, 4 the SymXlt configuration cannot be read. SKSYM2TD_FAIL injects
-// a failure, for the symbols of SKSYM2TD_FAIL_SYMBOLS only when that is set.
+// the SymXlt configuration of symxlt_cfg_file applied, and appends the name
+// to the directory's journal .tdlib2zpc/journal for tdlib2zpc.exe. Soft
+// prefixes resolve through QRN_LOCATION_MAP, relative outputs lie under
+// QRN_WD. Exit codes: 0 done, 1 bad script, 2 a symbol cannot be read, 3 an
+// output cannot be written, 4 the SymXlt configuration cannot be read.
+// SKSYM2TD_FAIL injects a failure, for the symbols of SKSYM2TD_FAIL_SYMBOLS
+// only when that is set.
 
 #include <boost/filesystem.hpp>
 #include <cstdlib>
@@ -131,6 +133,9 @@ class CTool {
     if (!writeTarget(target, block.targetName, symbol, pinMap, mConfig, error))
       return fail(error.rfind("Scale", 0) == 0 ? 4 : 3, error);
     std::cout << "sksym2td: wrote target symbol " << target << "\n";
+    const std::string journal = (fs::path(underWd(outputPath)) / ".tdlib2zpc" / "journal").string();
+    if (!appendToJournal(underWd(outputPath), block.targetName))
+      return fail(3, "cannot write symbol journal: " + journal);
   }
 
   bool loadConfig() {

@@ -2,6 +2,10 @@
 
 #include "outputs.hpp"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <boost/filesystem.hpp>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -155,6 +159,19 @@ bool writeTarget(const std::string& file, const std::string& name, const TSource
     return false;
   }
   return true;
+}
+
+bool appendToJournal(const std::string& dir, const std::string& name) {
+  const boost::filesystem::path stateDir = boost::filesystem::path(dir) / ".tdlib2zpc";
+  boost::system::error_code ec;
+  boost::filesystem::create_directories(stateDir, ec);
+  // One write on a file opened for appending: the line lands whole behind
+  // whatever is there, and the file is never rewritten here.
+  const int fd = open((stateDir / "journal").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+  if (fd < 0) return false;
+  const std::string line = name + "\n";
+  const bool written = write(fd, line.data(), line.size()) == static_cast<ssize_t>(line.size());
+  return close(fd) == 0 && written;
 }
 
 }  // namespace sksym2td

@@ -31,4 +31,9 @@ std::vector<std::string> expandVectorPin(const std::string& name);
 bool writeTarget(const std::string& file, const std::string& name, const TSourceSymbol& symbol, const TPinMap& pinMap,
                  const TSymXlt& config, std::string& error);
 
+// Appends `name` as one line to the journal of target symbols of `dir`
+// (`<dir>/.tdlib2zpc/journal`), from which the library update tool learns
+// what is new without listing the partition; false when it cannot.
+bool appendToJournal(const std::string& dir, const std::string& name);
+
 }  // namespace sksym2td
