@@ -7,6 +7,7 @@
 #include <istream>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 namespace rig_common {
 namespace TLXHandler {
@@ -72,9 +73,21 @@ TLXNode::~TLXNode() {
 }
 
 std::unique_ptr<TLXNode> TLXNode::clone() const {
+  // A work list of (original, copy) pairs instead of recursion, so that a
+  // deeply nested tree is copied in constant stack; each copy gets all its
+  // children at once, in order.
   auto copy = std::make_unique<TLXNode>(logger, level, keyword);
   copy->values = values;
-  for (TLXNode* child : children) copy->adoptChild(child->clone());
+  std::vector<std::pair<const TLXNode*, TLXNode*>> work{{this, copy.get()}};
+  while (!work.empty()) {
+    const auto [original, target] = work.back();
+    work.pop_back();
+    for (TLXNode* child : original->children) {
+      TLXNode* made = target->adoptChild(std::make_unique<TLXNode>(child->logger, child->level, child->keyword));
+      made->values = child->values;
+      if (!child->children.empty()) work.emplace_back(child, made);
+    }
+  }
   return copy;
 }
 
@@ -300,7 +313,10 @@ bool TLXManager::read(TLXInput& input) {
 
 // ---------------------------------------------------------------- writing
 
-void writeTLX(std::ostream& out, const TLXNode& node) {
+namespace {
+
+// The lines of one node, without its children.
+void writeNodeLines(std::ostream& out, const TLXNode& node) {
   std::string head(node.level, '.');
   head += node.keyword;
   head += ' ';
@@ -319,11 +335,29 @@ void writeTLX(std::ostream& out, const TLXNode& node) {
     }
     out.put('\n');
   }
+}
+
+}  // namespace
+
+void writeTLX(std::ostream& out, const TLXNode& node) {
+  writeNodeLines(out, node);
   writeTLXChildren(out, node);
 }
 
-void writeTLXChildren(std::ostream& out, const TLXNode& node) {
-  for (TLXNode* child : node.children) writeTLX(out, *child);
+// Depth first, in file order, along the parent and sibling links: no
+// recursion, so the depth of a tree costs no stack.
+void writeTLXChildren(std::ostream& out, const TLXNode& top) {
+  const TLXNode* node = top.children.front();
+  while (node != nullptr) {
+    writeNodeLines(out, *node);
+    if (!node->children.empty()) {
+      node = node->children.front();
+      continue;
+    }
+    while (node != &top && node->nextSibling() == nullptr) node = node->parent;
+    if (node == &top) break;
+    node = node->nextSibling();
+  }
 }
 
 }  // namespace TLXHandler

@@ -71,8 +71,19 @@ int copyEntry(const fs::path& source, const fs::path& target) {
   }
   // A file copied onto itself stays as it is.
   if (fs::exists(target, ec) && fs::equivalent(source, target, ec)) return 0;
-  fs::copy_file(source, target, fs::copy_options::overwrite_existing, ec);
-  return ec ? codeOf(ec) : 0;
+  // Copied beside the target and renamed over it, so that a copy that fails
+  // or is killed part-way leaves the old file whole.
+  ec.clear();
+  const fs::path temporary = target.parent_path() / fs::unique_path(target.filename().string() + ".%%%%-%%%%.tmp", ec);
+  if (ec) return codeOf(ec);
+  fs::copy_file(source, temporary, fs::copy_options::overwrite_existing, ec);
+  if (!ec) fs::rename(temporary, target, ec);
+  if (ec) {
+    boost::system::error_code ignored;
+    fs::remove(temporary, ignored);
+    return codeOf(ec);
+  }
+  return 0;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/log4rig.hpp"
+#include "platform/xml_text.hpp"
 
 namespace NMarkupCore {
 
@@ -93,6 +94,58 @@ std::string cacheKey(const TNames& names) {
   return key;
 }
 
+// Makes every name and text of the document fit XML (see xml_text.hpp), so
+// that a written file is well-formed whatever the values held; one Warn per
+// item that had to change. The walk follows the node links, without
+// recursion.
+void makeWellFormed(pugi::xml_document& document, const std::string& path, const log4cxx::LoggerPtr& logger) {
+  std::string fixed;
+  const auto warn = [&](const std::string& item) {
+    RIG_LOG1(logger, Warn,
+             "XML write: '" << path << "': bytes that are not UTF-8 text replaced by U+FFFD in " << item << ".");
+  };
+  pugi::xml_node node = document.first_child();
+  while (node) {
+    const std::string element = node.name();
+    if (node.type() == pugi::node_element || node.type() == pugi::node_pi) {
+      if (toXmlName(element, fixed)) {
+        node.set_name(fixed.c_str());
+        warn("the element name '" + fixed + "'");
+      }
+      for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+        if (toXmlName(attribute.name(), fixed)) {
+          attribute.set_name(fixed.c_str());
+          warn("the attribute name '" + fixed + "' of element '" + node.name() + "'");
+        }
+        if (toXmlText(attribute.value(), fixed)) {
+          attribute.set_value(fixed.c_str());
+          warn("the attribute '" + std::string(attribute.name()) + "' of element '" + node.name() + "'");
+        }
+      }
+    }
+    if (node.type() != pugi::node_element && node.type() != pugi::node_declaration && toXmlText(node.value(), fixed)) {
+      node.set_value(fixed.c_str());
+      warn("the text of element '" + std::string(node.parent().name()) + "'");
+    }
+    if (node.type() == pugi::node_comment) {
+      std::string text = node.value();
+      bool changed = false;
+      for (std::size_t at = text.find("--"); at != std::string::npos; at = text.find("--", at)) {
+        text.insert(at + 1, " ");
+        changed = true;
+      }
+      if (!text.empty() && text.back() == '-') text += ' ', changed = true;
+      if (changed) node.set_value(text.c_str());  // a comment may not hold "--" nor end in '-'
+    }
+    if (node.first_child()) {
+      node = node.first_child();
+      continue;
+    }
+    while (node && !node.next_sibling()) node = node.parent();
+    if (node) node = node.next_sibling();
+  }
+}
+
 }  // namespace
 
 struct CXML_Parser::CImpl {
@@ -123,13 +176,12 @@ struct CXML_Parser::CImpl {
     changed();
   }
 
-  void detach(const pugi::xml_node& node) {
+  void forget(const pugi::xml_node& node) {
     auto found = live.find(node.internal_object());
     if (found != live.end()) {
       found->second->node = pugi::xml_node();
       live.erase(found);
     }
-    for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) detach(child);
   }
 
   CDOMNodeList* list(const pugi::xml_node& context, const TNames& names) {
@@ -172,11 +224,25 @@ struct CXML_Parser::CImpl {
     return wrap(appendElement(parent, names.back()));
   }
 
+  // Takes the subtree apart from its deepest last leaf upwards, so that
+  // neither this walk nor the library's freeing of nodes recurses into a
+  // deeply nested subtree; every element of it reads as missing afterwards.
   CDOMElement* removeNode(CDOMElement* element) {
-    pugi::xml_node node = element->node;
-    pugi::xml_node parent = node.parent();
-    detach(node);
-    parent.remove_child(node);
+    pugi::xml_node top = element->node;
+    pugi::xml_node node = top;
+    while (true) {
+      pugi::xml_node last = node.last_child();
+      if (last) {
+        node = last;
+        continue;
+      }
+      pugi::xml_node parent = node.parent();
+      const bool done = node == top;
+      forget(node);
+      parent.remove_child(node);
+      if (done) break;
+      node = parent;
+    }
     changed();
     return element;
   }
@@ -205,12 +271,17 @@ bool CXML_Parser::parse(const std::string& path, log4cxx::LoggerPtr logger) {
 }
 
 bool CXML_Parser::write(const std::string& path, log4cxx::LoggerPtr logger) {
+  if (!mImpl->document.document_element()) {  // a file without a root element is no XML file
+    RIG_LOG1(logger, Error, "XML write error in '" << path << "': no root element.");
+    return false;
+  }
   pugi::xml_node first = mImpl->document.first_child();
   if (!first || first.type() != pugi::node_declaration) {
     pugi::xml_node declaration = mImpl->document.prepend_child(pugi::node_declaration);
     declaration.append_attribute("version") = "1.0";
     declaration.append_attribute("encoding") = "UTF-8";
   }
+  makeWellFormed(mImpl->document, path, logger);
   // Written beside the target and renamed over it, so that a failed write
   // leaves the old file as it was.
   fs::path target(path);

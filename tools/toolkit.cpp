@@ -5,7 +5,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <set>
+#include <sstream>
+
+#include "common/whole_file.hpp"
 
 namespace vlttools {
 
@@ -60,22 +64,25 @@ void injectFailure(const std::string& variable, const std::string& toolName) {
 bool appendRejectedParts(const std::string& file, const std::string& tool, const std::string& catalog,
                          const std::vector<std::pair<std::string, std::string>>& rejected) {
   if (rejected.empty()) return true;
+  std::string content;
+  {
+    std::ifstream old(file, std::ios::binary);  // appended to: the old lines come first
+    if (old) content.assign(std::istreambuf_iterator<char>(old), std::istreambuf_iterator<char>());
+  }
   std::set<std::string> listed;
-  std::ifstream in(file, std::ios::binary);
-  for (std::string line; std::getline(in, line);) {
+  std::istringstream lines(content);
+  for (std::string line; std::getline(lines, line);) {
     boost::algorithm::trim(line);
     if (!line.empty() && line.compare(0, 2, "//") != 0) listed.insert(line);
   }
-  in.close();
-  std::string text;
+  bool added = false;
   for (const auto& part : rejected) {
     const std::string entry = catalog + " " + part.first;
-    if (listed.insert(entry).second) text += "// rejected by " + tool + ": " + part.second + "\n" + entry + "\n";
+    if (!listed.insert(entry).second) continue;
+    content += "// rejected by " + tool + ": " + part.second + "\n" + entry + "\n";
+    added = true;
   }
-  if (text.empty()) return true;
-  std::ofstream out(file, std::ios::binary | std::ios::app);
-  out << text;
-  return static_cast<bool>(out.flush());
+  return !added || rig_common::writeWholeFile(file, content);
 }
 
 }  // namespace vlttools

@@ -93,21 +93,17 @@ TEST_F(GeometryTest, ContainerListOfAnEmptyOrMissingRoot) {
   EXPECT_TRUE(host.logged("translation", "ERROR", "Geometry base directory does not exist: " + tmp.str() + "/none"));
 }
 
-TEST_F(GeometryTest, QuotedRootCutsTheQuotedText) {
-  // A root that needs quotes shifts the cut by the quote: the entry keeps
-  // the closing quote of the quoted directory.
-  const fs::path root = tmp.path() / "geo ms";
+TEST_F(GeometryTest, RootOrDirectoryThatNeedsQuotesGivesPlainNames) {
+  const fs::path root = tmp.path() / "geo $ms";
   fs::create_directories(root / "sub");
   std::list<std::string> containers;
   ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, root));
-  EXPECT_EQ(containers, (std::list<std::string>{"ub\""}));
-  // Below a plain root, a directory that needs quotes keeps the opening
-  // quote's place: the cut leaves its leading slash and its closing quote.
+  EXPECT_EQ(containers, (std::list<std::string>{"sub"}));
   const fs::path plain = tmp.path() / "plain";
   fs::create_directories(plain / "fine pitch");
   containers.clear();
   ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, plain));
-  EXPECT_EQ(containers, (std::list<std::string>{"/fine pitch\""}));
+  EXPECT_EQ(containers, (std::list<std::string>{"fine pitch"}));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "common/whole_file.hpp"
+
 namespace libforge {
 
 namespace {
@@ -51,7 +53,7 @@ bool CLibraryIndex::read(const boost::filesystem::path& file) {
 }
 
 bool CLibraryIndex::write(const boost::filesystem::path& file) const {
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) return false;
   out << kVersionLine << '\n';
   for (const auto& kind : partitionKinds()) out << kHolderTag << kind.type << ' ' << kind.holder << '\n';
@@ -59,7 +61,7 @@ bool CLibraryIndex::write(const boost::filesystem::path& file) const {
     for (const auto& partition : mPartitions)
       if (partition.first == kind.type) out << kPartitionTag << partition.first << ' ' << partition.second << '\n';
   for (const auto& line : mOther) out << line << '\n';
-  return static_cast<bool>(out.flush());
+  return out.commit();
 }
 
 bool CLibraryIndex::has(const std::string& type, const std::string& name) const {

@@ -16,6 +16,7 @@
 #include <iostream>
 
 #include "common/text_helpers.hpp"
+#include "common/whole_file.hpp"
 #include "library_index.hpp"
 #include "seed_files.hpp"
 #include "tools/toolkit.hpp"
@@ -53,10 +54,8 @@ int createSeed(const vlttools::TOptions& options, CReport& report) {
     report("Error: cannot create library directory: " + library.string());
     return kWriteFailed;
   }
-  std::ofstream properties((library / "CentLib.prp").string(), std::ios::binary | std::ios::trunc);
-  properties << libforge::seedPropertyFile();
-  properties.close();
-  if (!properties || !libforge::CLibraryIndex().write(index)) {
+  if (!rig_common::writeWholeFile(library / "CentLib.prp", libforge::seedPropertyFile()) ||
+      !libforge::CLibraryIndex().write(index)) {
     report("Error: cannot write library files in: " + library.string());
     return kWriteFailed;
   }

@@ -65,17 +65,17 @@ int checkCommandLine(const vlttools::TOptions& options) {
 }
 
 bool writeNeutral(const std::string& file, const tbl2flat::TTranslation& result) {
-  std::ofstream out(file);
-  if (!out.is_open()) return false;
-  rig_common::writeTLXChildren(out, result.neutral);
-  return static_cast<bool>(out.flush());
+  rig_common::CWholeFile out(file);
+  if (!out) return false;
+  rig_common::writeTLXChildren(out.stream(), result.neutral);
+  return out.commit();
 }
 
 bool writePropertyList(const std::string& file, const tbl2flat::TTranslation& result) {
-  std::ofstream out(file);
-  if (!out.is_open()) return false;
+  rig_common::CWholeFile out(file);
+  if (!out) return false;
   for (const auto& name : result.propertyNames) out << name << "\n";
-  return static_cast<bool>(out.flush());
+  return out.commit();
 }
 
 bool writeSymbolList(const std::string& file, tbl2flat::TTranslation& result) {

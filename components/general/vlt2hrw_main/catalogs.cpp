@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "catalog_helpers.hpp"
+#include "common/whole_file.hpp"
 #include "list_registry.hpp"
 #include "script_functions.hpp"
 #include "vlt_library_cfg.hpp"
@@ -62,13 +63,15 @@ bool saveCatalogList(const std::string& rid) {
     return false;
   }
   const fs::path file = configDir / "catalog.list";
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) {
     RIG_LOG(call, Error, kSaveListPrefix + "cannot open file for writing: " << file.string());
     return false;
   }
   for (const std::string& catalog : *list) out << catalog << '\n';
-  return true;
+  if (out.commit()) return true;
+  RIG_LOG(call, Error, "Saving catalog list to file: cannot write file: " << file.string());
+  return false;
 }
 
 void usePartNoProp(bool on) {

@@ -5,6 +5,7 @@
 
 #include "catalog_helpers.hpp"
 #include "common/text_file.hpp"
+#include "common/whole_file.hpp"
 #include "script_functions.hpp"
 #include "vlt_library_cfg.hpp"
 
@@ -37,8 +38,9 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
   const fs::path catalogsDir = neutralDir / "catalogs";
 
   const fs::path reportFile = logDir / "reports" / "verify_catalogs.txt";
-  std::ofstream report(reportFile.string(), std::ios::binary | std::ios::trunc);
-  if (!report) {
+  rig_common::CWholeFile reportOut(reportFile);
+  std::ostream& report = reportOut.stream();
+  if (!reportOut) {
     RIG_LOG(call, Error, kPrefix + "cannot open report file for writing: " << reportFile.string());
     return false;
   }
@@ -69,7 +71,9 @@ bool verifyCatalogs(const std::string& libraryName, const std::string& locationM
     const std::string message = NCatalog::filterLogLine(line, true);
     if (!message.empty()) report << message << '\n';
   }
-  return true;
+  if (reportOut.commit()) return true;
+  RIG_LOG(call, Error, "Verifying catalog data: cannot write report file: " << reportFile.string());
+  return false;
 }
 
 }  // namespace NComponent

@@ -73,8 +73,10 @@ bool buildGeometryContainerList(const NComponent::CScriptCall& call, std::list<s
   // Directories before what lies in them, siblings in iteration order.
   std::list<std::string> directories;
   for (fs::recursive_directory_iterator it(geomRoot), end; it != end; ++it)
-    if (fs::is_directory(it->status())) directories.push_back(rig_common::toUnixPath(it->path().string(), true));
-  const std::string prefix = rig_common::toUnixPath(geomRoot.string(), true) + "/";
+    if (fs::is_directory(it->status())) directories.push_back(rig_common::toUnixPath(it->path().string(), false));
+  // Cut from the unquoted paths: quotes would shift the cut for a root that
+  // needs them.
+  const std::string prefix = rig_common::toUnixPath(geomRoot.string(), false) + "/";
   for (std::string& directory : directories) containers.push_back(directory.erase(0, prefix.size()));
   return true;
 }

@@ -4,7 +4,7 @@
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
-#include <boost/regex.hpp>
+#include <cctype>
 #include <fstream>
 
 #include "common/text_helpers.hpp"
@@ -20,15 +20,45 @@ namespace MappingFile {
 
 namespace {
 
-// The words of `text` after trimming, split at runs of white space.
+// White space between the words of a line.
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r'; }
+
+// The words of `text`, split at runs of white space. Lines are cut into
+// words by hand: a mapping file is read per part, and regular expressions
+// built for every file and line cost more than the tools the step runs.
 std::vector<std::string> words(const std::string& text) {
   std::vector<std::string> out;
-  std::string trimmed = rig_common::trim(text);
-  if (trimmed.empty()) return out;
-  const boost::regex blanks("\\s+");
-  boost::sregex_token_iterator it(trimmed.begin(), trimmed.end(), blanks, -1), end;
-  for (; it != end; ++it) out.push_back(*it);
-  return out;
+  size_t i = 0;
+  while (true) {
+    while (i < text.size() && isBlank(text[i])) ++i;
+    if (i == text.size()) return out;
+    const size_t start = i;
+    while (i < text.size() && !isBlank(text[i])) ++i;
+    out.emplace_back(text, start, i - start);
+  }
+}
+
+// `word` is `keyword` in any case.
+bool isKeyword(const std::string& word, const char* keyword) {
+  size_t i = 0;
+  for (; i < word.size() && keyword[i] != '\0'; ++i)
+    if (std::toupper(static_cast<unsigned char>(word[i])) != static_cast<unsigned char>(keyword[i])) return false;
+  return i == word.size() && keyword[i] == '\0';
+}
+
+// The keywords the reader knows and has no use for, with the number of
+// words a line of each has (the keyword included); PINSET takes any
+// number from two on.
+bool isIgnoredEntry(const std::vector<std::string>& w) {
+  static const struct {
+    const char* keyword;
+    size_t words;
+  } kIgnored[] = {{"COMMON", 3}, {"POWER", 3}, {"BLOCK", 3}, {"SUBSYMBOL", 1}, {"SUBPIN", 3}, {"UNATTPHY", 2}};
+  if (w.empty()) return false;
+  if (isKeyword(w[0], "PINSET")) return w.size() >= 2;
+  for (const auto& entry : kIgnored)
+    if (isKeyword(w[0], entry.keyword)) return w.size() == entry.words;
+  return false;
 }
 
 std::string wordAt(const std::vector<std::string>& list, size_t index) {
@@ -47,41 +77,30 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
     return false;
   }
 
-  const auto flags = boost::regex::perl | boost::regex::icase;
-  const boost::regex symbolLine("\\s*SYMBOL\\s+(\\S+)\\s+(\\S+)(.*)", flags);
-  const boost::regex pinLine("\\s*PIN\\s+(\\S+)\\s+(\\S+)(.*)", flags);
-  // Known keywords the reader has no use for.
-  const boost::regex ignored[] = {boost::regex("\\s*COMMON\\s+(\\S+)\\s+(\\S+)", flags),
-                                  boost::regex("\\s*PINSET\\s+(.+)", flags),
-                                  boost::regex("\\s*POWER\\s+(\\S+)\\s+(\\S+)", flags),
-                                  boost::regex("\\s*BLOCK\\s+(\\S+)\\s+(\\S+)", flags),
-                                  boost::regex("\\s*SUBSYMBOL", flags),
-                                  boost::regex("\\s*SUBPIN\\s+(\\S+)\\s+(\\S+)", flags),
-                                  boost::regex("\\s*UNATTPHY\\s+(\\S+)", flags)};
-
   bool symbolSeen = false;
   long lineNumber = 0;
   std::string raw;
-  boost::smatch match;
   while (std::getline(stream, raw)) {
     ++lineNumber;
     const std::string line = rig_common::trim(raw);
     // A '#' anywhere voids the whole line.
     if (line.empty() || line.find('#') != std::string::npos) continue;
+    const std::vector<std::string> w = words(line);
 
-    if (boost::regex_match(line, match, symbolLine)) {
+    // SYMBOL <name> <second name> [COMP [extra [extra]]]
+    if (w.size() >= 3 && isKeyword(w[0], "SYMBOL")) {
       symbolSeen = true;
       TMappingSymbol symbol;
-      symbol.name = match.str(1);
-      symbol.secondName = match.str(2);
-      const std::vector<std::string> rest = words(match.str(3));
-      symbol.comp = wordAt(rest, 0);
-      symbol.extra1 = wordAt(rest, 1);
-      symbol.extra2 = wordAt(rest, 2);
+      symbol.name = w[1];
+      symbol.secondName = w[2];
+      symbol.comp = wordAt(w, 3);
+      symbol.extra1 = wordAt(w, 4);
+      symbol.extra2 = wordAt(w, 5);
       mapping.symbols.push_back(std::move(symbol));
       continue;
     }
-    if (boost::regex_match(line, match, pinLine)) {
+    // PIN <pin> <physical pins, comma-separated> <swap code>
+    if (w.size() >= 3 && isKeyword(w[0], "PIN")) {
       if (!symbolSeen) {
         RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
@@ -89,32 +108,25 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
         continue;
       }
       TMappingPin pin;
-      pin.name = rig_common::removeQuotes(match.str(1));
-      const std::string mapped = rig_common::removeQuotes(match.str(2));
+      pin.name = rig_common::removeQuotes(w[1]);
+      const std::string mapped = rig_common::removeQuotes(w[2]);
       boost::algorithm::split(pin.mappedNames, mapped, boost::algorithm::is_any_of(","));
-      const std::vector<std::string> rest = words(match.str(3));
-      if (rest.empty()) {
+      if (w.size() == 3) {
         RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
                     << " pin swap code has not been specified for a pin at line " << lineNumber
                     << " in file: " << path);
-      } else if (rest.size() > 1) {
+      } else if (w.size() > 4) {
         RIG_LOG(sinks, Warn,
                 "Reading mapping file:"
                     << " more than one pin swap code has been specified for a pin at line " << lineNumber
                     << " in file: " << path);
       }
-      pin.swapCode = wordAt(rest, 0);
+      pin.swapCode = wordAt(w, 3);
       mapping.symbols.back().pins.push_back(std::move(pin));
       continue;
     }
-    bool known = false;
-    for (const auto& expression : ignored)
-      if (boost::regex_match(line, expression)) {
-        known = true;
-        break;
-      }
-    if (!known)
+    if (!isIgnoredEntry(w))
       RIG_LOG(sinks, Warn,
               "Reading mapping file:"
                   << " unknown keyword found in entry: '" << line << "'"

@@ -61,8 +61,16 @@ bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
 std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const {
   std::string result = value;
   for (const auto& entry : softPrefixes) {
-    const boost::regex prefix("\\" + entry.first);
-    result = boost::regex_replace(result, prefix, entry.second);
+    try {
+      const boost::regex prefix("\\" + entry.first);
+      // Empty matches are skipped: a prefix such as "$*" would otherwise put
+      // the hard path between every two characters.
+      result = boost::regex_replace(result, prefix, entry.second, boost::format_default | boost::match_not_null);
+    } catch (const boost::regex_error&) {
+      // A prefix of the location map that is no valid expression (an
+      // unmatched parenthesis, say) is replaced as plain text.
+      boost::replace_all(result, entry.first, entry.second);
+    }
   }
   boost::replace_all(result, "\\", "/");
   return result;

@@ -2,7 +2,7 @@
 // partition names.
 
 #include <algorithm>
-#include <boost/regex.hpp>
+#include <boost/algorithm/string/replace.hpp>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -76,7 +76,8 @@ std::string buildPathTail(const std::string& directory, int depth) {
 }
 
 int countPathLevels(const std::string& directory) {
-  const std::string unixPath = boost::regex_replace(rig_common::toUnixPath(directory, true), boost::regex("//"), "/");
+  std::string unixPath = rig_common::toUnixPath(directory, true);
+  boost::replace_all(unixPath, "//", "/");
   return static_cast<int>(std::count(unixPath.begin(), unixPath.end(), '/'));
 }
 

@@ -172,15 +172,25 @@ std::string resolveSoftPath(QllnGeneral::TLocationMap map, const std::string& so
   return {};
 }
 
-std::string commonPath(std::set<std::string> paths) {
-  if (paths.size() == 1) return rig_common::toUnixPath(*paths.begin(), true);
+namespace {
+std::string commonPathOf(const std::set<std::string>& paths, bool quote);
+}  // namespace
+
+std::string commonPath(std::set<std::string> paths) { return commonPathOf(paths, true); }
+
+namespace {
+
+// `quote` false: the common path of the paths as they are, for comparisons
+// that quotes would disturb.
+std::string commonPathOf(const std::set<std::string>& paths, bool quote) {
+  if (paths.size() == 1) return rig_common::toUnixPath(*paths.begin(), quote);
   const boost::regex separator("/");
   const size_t sentinel = 0x7fffffff;
   std::vector<std::string> reference;
   size_t count = sentinel;
   bool first = true;
   for (const std::string& path : paths) {
-    const std::string text = rig_common::toUnixPath(path, true);
+    const std::string text = rig_common::toUnixPath(path, quote);
     std::vector<std::string> tokens(boost::sregex_token_iterator(text.begin(), text.end(), separator, -1),
                                     boost::sregex_token_iterator());
     if (first) {
@@ -204,8 +214,6 @@ std::string commonPath(std::set<std::string> paths) {
   result.pop_back();
   return result;
 }
-
-namespace {
 
 // One kind of library data: its option, the word the messages use for it,
 // and where the evaluation keeps it.
@@ -299,7 +307,8 @@ bool evaluateVLTLibrary(const CScriptCall& call, TVLTLibrary& library, const fs:
     if (kind.common.empty())
       RIG_LOG(call, Warn, "Evaluating VLT Library: invalid (empty) common " << kind.word << " directory.");
   for (auto& kind : kinds)
-    if (fs::path(commonPath({kind.common, root})) != fs::path(root))
+    // Compared without the quotes that a root with a blank or a '$' gets.
+    if (fs::path(commonPathOf({rig_common::unquoteUnixPath(kind.common), root}, false)) != fs::path(root))
       RIG_LOG(call, Warn,
               "Evaluating VLT Library: " << kind.word << " directory does not lie underneath the VLT Library Root.");
   dumpEvaluation(call, library, definitionFile);
@@ -315,7 +324,7 @@ enum TCommonDir { kCatalogDir, kCompsDir, kGeomsDir };
 // form of a path with a blank, which the file system does not know.
 std::string directoryOf(const std::string& commonPath) {
   if (commonPath.size() >= 2 && commonPath.front() == '"' && commonPath.back() == '"')
-    return commonPath.substr(1, commonPath.size() - 2);
+    return rig_common::unquoteUnixPath(commonPath);
   return commonPath;
 }
 

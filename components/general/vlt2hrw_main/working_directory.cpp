@@ -10,6 +10,7 @@
 #include <set>
 
 #include "common/path_helpers.hpp"
+#include "common/whole_file.hpp"
 #include "core/hpp/impl/run_program.hpp"
 #include "misc.hpp"
 #include "platform/file_copy.hpp"
@@ -107,7 +108,7 @@ bool runLibForge(log4cxx::LoggerPtr logger, const std::string& commandLine, unsi
 
 bool writeLibraryCfg(const fs::path& seedDir, const log4cxx::LoggerPtr& logger) {
   const fs::path file = seedDir / "Library.cfg";
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) {
     RIG_LOG1(logger, Error, "Cannot open Library.cfg file for writing: '" << file.string() << "'.");
     return false;
@@ -116,7 +117,9 @@ bool writeLibraryCfg(const fs::path& seedDir, const log4cxx::LoggerPtr& logger) 
       << "KEY FlowType \"TD\"\n"
       << "KEY FlowVersion \"HX2007\"\n"
       << "ENDSECTION\n";
-  return true;
+  if (out.commit()) return true;
+  RIG_LOG1(logger, Error, "Cannot write Library.cfg file: '" << file.string() << "'.");
+  return false;
 }
 
 bool addValueVltProperty(const fs::path& seedDir, const log4cxx::LoggerPtr& logger) {
@@ -134,14 +137,16 @@ bool addValueVltProperty(const fs::path& seedDir, const log4cxx::LoggerPtr& logg
   for (const auto& line : placed.invalid)
     RIG_LOG1(logger, Warn, "Probably invalid property definition. Line: " << line);
 
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) {
     RIG_LOG1(logger, Error, "Cannot open Central Library property file for writing: " << file.string());
     return false;
   }
   RIG_LOG1(logger, Debug, "VALUE_VLT property will have number: " << placed.number);
   for (const auto& line : placed.lines) out << line << '\n';
-  return true;
+  if (out.commit()) return true;
+  RIG_LOG1(logger, Error, "Cannot write Central Library property file: " << file.string());
+  return false;
 }
 
 // The seed library under <wdir>/seed_library: the tool's run, then

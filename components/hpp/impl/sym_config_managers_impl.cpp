@@ -6,6 +6,7 @@
 
 #include "common/log4rig.hpp"
 #include "common/text_helpers.hpp"
+#include "common/whole_file.hpp"
 
 namespace NComponent {
 namespace NConfig {
@@ -92,7 +93,7 @@ bool SymXltConfigManager::read(const boost::filesystem::path& file, const rig_co
 
 bool SymXltConfigManager::write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks) const {
   SYM_LOG(Debug, "Writing SymXlt configuration file: " << file.string());
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) {
     SYM_LOG(Error, "Writing SymXlt configuration file:  cannot open file for writing: " << file.string());
     return false;
@@ -104,7 +105,9 @@ bool SymXltConfigManager::write(const boost::filesystem::path& file, const rig_c
     for (const auto& entry : section.entries) out << entry.first << '=' << entry.second << '\n';
     out << '\n';
   }
-  return true;
+  if (out.commit()) return true;
+  SYM_LOG(Error, "Writing SymXlt configuration file:  cannot write file: " << file.string());
+  return false;
 }
 
 SymXltConfigManager::iterator SymXltConfigManager::findSection(const std::string& name) {
@@ -180,7 +183,7 @@ bool SymNameMapManager::read(const boost::filesystem::path& file, const rig_comm
 bool SymNameMapManager::write(const boost::filesystem::path& file, const rig_common::log4rig::TSinks& sinks,
                               const std::string& separator) const {
   SYM_LOG(Debug, "Writing symbol name mapping file: " << file.string());
-  std::ofstream out(file.string(), std::ios::binary | std::ios::trunc);
+  rig_common::CWholeFile out(file);
   if (!out) {
     SYM_LOG(Error, "Writing symbol name mapping file:  cannot open file for writing: " << file.string());
     return false;
@@ -189,7 +192,9 @@ bool SymNameMapManager::write(const boost::filesystem::path& file, const rig_com
     SYM_LOG(Warn, "Writing symbol name mapping file:  no data, so the file will be empty: " << file.string());
   for (const auto& record : mRecords)
     out << record.sourceSymbol << separator << record.partition << separator << record.targetSymbol << '\n';
-  return true;
+  if (out.commit()) return true;
+  SYM_LOG(Error, "Writing symbol name mapping file:  cannot write file: " << file.string());
+  return false;
 }
 
 void SymNameMapManager::setRecord(const std::string& sourceSymbol, const std::string& partition,
