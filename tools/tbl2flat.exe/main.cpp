@@ -19,6 +19,7 @@
 
 #include "catalog_entry.hpp"
 #include "common/symbol_list_file.hpp"
+#include "common/whole_file.hpp"
 #include "tools/toolkit.hpp"
 #include "translate.hpp"
 
