@@ -1,8 +1,15 @@
 #include "tools/toolkit.hpp"
 
+#include <boost/algorithm/string/trim.hpp>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+#include "common/whole_file.hpp"
 
 namespace vlttools {
 
@@ -52,6 +59,30 @@ void injectFailure(const std::string& variable, const std::string& toolName) {
   }
   if (mode.rfind("signal:", 0) == 0) std::raise(std::atoi(mode.c_str() + 7));
   if (mode == "crash") std::abort();
+}
+
+bool appendRejectedParts(const std::string& file, const std::string& tool, const std::string& catalog,
+                         const std::vector<std::pair<std::string, std::string>>& rejected) {
+  if (rejected.empty()) return true;
+  std::string content;
+  {
+    std::ifstream old(file, std::ios::binary);  // appended to: the old lines come first
+    if (old) content.assign(std::istreambuf_iterator<char>(old), std::istreambuf_iterator<char>());
+  }
+  std::set<std::string> listed;
+  std::istringstream lines(content);
+  for (std::string line; std::getline(lines, line);) {
+    boost::algorithm::trim(line);
+    if (!line.empty() && line.compare(0, 2, "//") != 0) listed.insert(line);
+  }
+  bool added = false;
+  for (const auto& part : rejected) {
+    const std::string entry = catalog + " " + part.first;
+    if (!listed.insert(entry).second) continue;
+    content += "// rejected by " + tool + ": " + part.second + "\n" + entry + "\n";
+    added = true;
+  }
+  return !added || rig_common::writeWholeFile(file, content);
 }
 
 }  // namespace vlttools

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vlttools {
@@ -25,5 +26,14 @@ TOptions parseOptions(int argc, char** argv, const std::vector<std::string>& wit
 // LIBFORGE_FAIL) may hold "exit:N" (print an error and exit with N),
 // "signal:N" (raise signal N) or "crash" (abort). Does nothing when unset.
 void injectFailure(const std::string& variable, const std::string& toolName);
+
+// Appends rejected parts to a rejected part file, two lines each: the comment
+// "// rejected by <tool>: <reason>" and "<catalog> <part>". A part whose
+// "<catalog> <part>" line the file already holds is not appended again, so a
+// rerun leaves the same file. `rejected` holds pairs of part and reason. The
+// file is not touched when there is nothing new. False when it cannot be
+// written.
+bool appendRejectedParts(const std::string& file, const std::string& tool, const std::string& catalog,
+                         const std::vector<std::pair<std::string, std::string>>& rejected);
 
 }  // namespace vlttools

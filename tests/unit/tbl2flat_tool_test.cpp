@@ -129,6 +129,10 @@ TEST_F(Tbl2flatToolTest, SwapTakesPartNumberFromPartNoAndRejectsPartsWithout) {
             "// earlier\nother X-1\n"
             "// rejected by tbl2flat: no PART_NO property to take the part number from\n"
             "small P-2\n");
+  // A rerun leaves the file as it is: the part is listed already.
+  const std::string before = readFile(logs / "rejected_parts.caf");
+  ASSERT_EQ(runCatalog("small", kSmallCatalog, true), 0);
+  EXPECT_EQ(readFile(logs / "rejected_parts.caf"), before);
 }
 
 TEST_F(Tbl2flatToolTest, RejectsPartsItCannotTranslate) {

@@ -7,7 +7,8 @@
 //
 // It translates the neutral catalog into the parts database text
 // <catalog>.tlx, appends the parts it cannot translate to the rejected part
-// file and writes its messages into qrn2pdb.txt in the current directory.
+// file (unless it lists them already) and writes its messages into
+// qrn2pdb.txt in the current directory.
 // Exit codes: 0 done (also with rejected parts), 1 bad command line, 2 an
 // input unreadable, 3 an output not written. QRN2PDB_FAIL injects a failure.
 
@@ -142,12 +143,10 @@ int run(const TCommandLine& line, std::ostream& log) {
     if (out) rig_common::writeTLXChildren(out, result.database);
     if (!out || !out.flush()) code = fail(3, "cannot write parts database text: " + a[2]);
   }
-  if (!result.rejected.empty()) {
-    std::ofstream rejected(a[10], std::ios::binary | std::ios::app);
-    for (const auto& part : result.rejected)
-      rejected << "// rejected by qrn2pdb: " << part.reason << "\n" << catalog << " " << part.part << "\n";
-    if (!rejected || !rejected.flush()) code = fail(3, "cannot append to rejected part file: " + a[10]);
-  }
+  std::vector<std::pair<std::string, std::string>> rejected;
+  for (const auto& part : result.rejected) rejected.emplace_back(part.part, part.reason);
+  if (!vlttools::appendRejectedParts(a[10], "qrn2pdb", catalog, rejected))
+    code = fail(3, "cannot append to rejected part file: " + a[10]);
   log << "qrn2pdb: catalog " << catalog << ": " << result.written << " parts written, " << result.rejected.size()
       << " rejected\n";
   return code;

@@ -7,7 +7,7 @@
 //
 // It reads the catalog entry and writes the neutral catalog, the property
 // list and the symbol list; parts it cannot translate are appended to the
-// rejected file. Problems are printed as "Error: ..." and "Warning: ..."
+// rejected file unless it lists them already. Problems are printed as "Error: ..." and "Warning: ..."
 // lines on stdout. Exit codes: 0 done (also with rejected parts), 1 bad
 // command line, 2 catalog entry or location map unreadable, 3 an output
 // file could not be written. TBL2FLAT_FAIL injects a failure.
@@ -16,7 +16,6 @@
 #include <boost/filesystem/path.hpp>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 
 #include "catalog_entry.hpp"
 #include "common/symbol_list_file.hpp"
@@ -88,18 +87,11 @@ bool writeSymbolList(const std::string& file, tbl2flat::TTranslation& result) {
   return writer.close() && !errors.failed;
 }
 
-// Two lines per part: a "//" comment with the reason, then "<catalog> <part>",
-// so that the file reads as a part list too.
+// Two lines per part, so that the file reads as a part list too.
 bool appendRejected(const std::string& file, const std::string& catalog, const tbl2flat::TTranslation& result) {
-  if (result.rejected.empty()) return true;
-  std::string content;
-  {
-    std::ifstream old(file, std::ios::binary);  // appended to: the old lines come first
-    if (old) content.assign(std::istreambuf_iterator<char>(old), std::istreambuf_iterator<char>());
-  }
-  for (const auto& part : result.rejected)
-    content += "// rejected by tbl2flat: " + part.reason + "\n" + catalog + " " + part.part + "\n";
-  return rig_common::writeWholeFile(file, content);
+  std::vector<std::pair<std::string, std::string>> parts;
+  for (const auto& part : result.rejected) parts.emplace_back(part.part, part.reason);
+  return vlttools::appendRejectedParts(file, "tbl2flat", catalog, parts);
 }
 
 }  // namespace
