@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "bench/bench_host.hpp"
 #include "bench/vlt_library.hpp"
 #include "components/hpp/component.hpp"
 #include "components/hpp/script_functions.hpp"
@@ -22,13 +23,6 @@
 namespace fs = boost::filesystem;
 
 namespace {
-
-double cpuSeconds(int who) {
-  rusage usage{};
-  getrusage(who, &usage);
-  return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-         static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
 
 struct TResult {
   std::size_t symbols = 0;
@@ -41,26 +35,15 @@ TResult measure(const fs::path& dir, const fs::path& buildDir, std::size_t count
   benchlib::makeSymbolWorkingDirectory(wdir, lib, 1);
 
   vlthost::CHostCore host;
-  host.componentDirectory() = (buildDir / "bin" / "vlt2hrw_main").string();
-  host.setService("get rig install bin", (buildDir / "bin" / "tools").string());
-  host.setService("get qlln installation path", (dir / "qlln").string());
-  host.setService("get wdir", wdir.string());
-  host.setService("get library location", lib.root.string());
-  host.setLevel("INFO");
-  NComponent::TRegisterParams params;
-  NComponent::TPlatformServices services = host.services();
-  if (!NComponent::InitComponent(&params, &services)) {
-    std::printf("component did not start\n");
-    std::exit(1);
-  }
+  const NComponent::TRegisterParams params = benchlib::startComponent(host, buildDir, dir / "qlln", wdir, lib.root);
   TResult result;
   result.symbols = count;
-  const double own = cpuSeconds(RUSAGE_SELF), children = cpuSeconds(RUSAGE_CHILDREN);
+  const double own = benchlib::cpuSeconds(RUSAGE_SELF), children = benchlib::cpuSeconds(RUSAGE_CHILDREN);
   const auto start = std::chrono::steady_clock::now();
   const bool ok = NComponent::writeNeutralSymbolData(lib.locationMap.string(), false);
   result.wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  result.own = cpuSeconds(RUSAGE_SELF) - own;
-  result.children = cpuSeconds(RUSAGE_CHILDREN) - children;
+  result.own = benchlib::cpuSeconds(RUSAGE_SELF) - own;
+  result.children = benchlib::cpuSeconds(RUSAGE_CHILDREN) - children;
   params.releaseComponent();
 
   std::size_t written = 0, rejected = 0;

@@ -52,6 +52,19 @@ struct TPostfixBlock {
 // The uses of the item with a non-empty NAME_POSTFIX, in tree order.
 std::vector<TPostfixBlock> postfixBlocks(const rig_common::CSymbolListItem& item);
 
+// What the steps over the neutral symbol files begin with.
+struct TSymbolStep {
+  boost::filesystem::path configDir, logDir, neutralDir;
+  boost::filesystem::path listsDir;  // <neutral dir>/symbol_lists
+  boost::filesystem::path root;      // <neutral dir>/symbols_<depth>
+  int depth = 0;
+  TPartitionTable partitions;
+};
+// The configuration, log and neutral directories, the depth and partition
+// table of symbol_data.xml and the symbol list directory; false, reported
+// with `prefix`, when one of them cannot be had.
+bool beginSymbolStep(CScriptCall& call, const std::string& prefix, TSymbolStep& step);
+
 // A directory of the working directory the host names by `served`/`name`;
 // logs `errorMessage` followed by the host's answer when it has none.
 bool servedDirectory(CScriptCall& call, bool served, const std::string& name, boost::filesystem::path& dir,

@@ -43,6 +43,27 @@ std::vector<std::pair<fs::path, std::string>> partitionListFiles(const fs::path&
   return files;
 }
 
+bool beginSymbolStep(CScriptCall& call, const std::string& prefix, TSymbolStep& step) {
+  std::string logName, neutralName;
+  if (!NCatalog::configDirectory(call, step.configDir, prefix + "cannot obtain path to the configuration directory."))
+    return false;
+  const bool logServed = getLogName(call.services(), logName);
+  if (!servedDirectory(call, logServed, logName, step.logDir, prefix + "cannot obtain path to the log directory: "))
+    return false;
+  const bool neutralServed = getNeutralName(call.services(), neutralName);
+  if (!servedDirectory(call, neutralServed, neutralName, step.neutralDir,
+                       prefix + "cannot obtain path to the neutral directory: "))
+    return false;
+  if (!readPartitionTable(step.configDir, step.depth, step.partitions)) return false;
+  step.listsDir = step.neutralDir / "symbol_lists";
+  if (!fs::is_directory(step.listsDir)) {
+    RIG_LOG(call, Error, prefix << "symbol list directory does not exist: " << step.listsDir.string());
+    return false;
+  }
+  step.root = neutralSymbolRoot(step.neutralDir, step.depth);
+  return true;
+}
+
 bool knownPartition(const TSinks& sinks, const std::string& prefix, const std::string& partition,
                     const TPartitionTable& table) {
   if (table.count(partition) != 0) return true;
@@ -169,26 +190,12 @@ bool writeNeutralSymbolData(const std::string& locationMapFile, bool overwrite) 
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
   RIG_LOG(call, Info, "Writing neutral symbol data.");
-  fs::path configDir, logDir, neutralDir;
-  std::string logName, neutralName;
-  const bool logServed = getLogName(call.services(), logName);
-  const bool neutralServed = getNeutralName(call.services(), neutralName);
-  if (!NCatalog::configDirectory(call, configDir,
-                                 std::string(kPrefix) + "cannot obtain path to the configuration directory.") ||
-      !NSymbol::servedDirectory(call, logServed, logName, logDir,
-                                std::string(kPrefix) + "cannot obtain path to the log directory: ") ||
-      !NSymbol::servedDirectory(call, neutralServed, neutralName, neutralDir,
-                                std::string(kPrefix) + "cannot obtain path to the neutral directory: "))
-    return false;
-  int depth = 0;
-  NSymbol::TPartitionTable partitions;
-  if (!NSymbol::readPartitionTable(configDir, depth, partitions)) return false;
-  const fs::path listsDir = neutralDir / "symbol_lists";
-  if (!fs::is_directory(listsDir)) {
-    RIG_LOG(call, Error, kPrefix << "symbol list directory does not exist: " << listsDir.string());
-    return false;
-  }
-  const fs::path root = NSymbol::neutralSymbolRoot(neutralDir, depth);
+  NSymbol::TSymbolStep step;
+  if (!NSymbol::beginSymbolStep(call, kPrefix, step)) return false;
+  const fs::path &configDir = step.configDir, &logDir = step.logDir, &neutralDir = step.neutralDir;
+  const fs::path &listsDir = step.listsDir, &root = step.root;
+  const int depth = step.depth;
+  const NSymbol::TPartitionTable& partitions = step.partitions;
   const fs::path toolLog = logDir / "symbol_converter_initial.log";
   boost::system::error_code ignored;
   fs::remove(toolLog, ignored);

@@ -29,28 +29,12 @@ bool verifySymbols(const std::string& /*ignored*/) {
   CScriptCall call(CScriptCall::kWdirAndSource);
   if (!call.ok()) return false;
   RIG_LOG(call, Debug, "Verifying symbol data.");
-  fs::path configDir, logDir, neutralDir;
-  std::string logName, neutralName;
-  if (!NCatalog::configDirectory(call, configDir,
-                                 std::string(kPrefix) + "cannot obtain path to the configuration directory."))
-    return false;
-  const bool logServed = getLogName(call.services(), logName);
-  if (!NSymbol::servedDirectory(call, logServed, logName, logDir,
-                                std::string(kPrefix) + "cannot obtain path to the log directory: "))
-    return false;
-  const bool neutralServed = getNeutralName(call.services(), neutralName);
-  if (!NSymbol::servedDirectory(call, neutralServed, neutralName, neutralDir,
-                                std::string(kPrefix) + "cannot obtain path to the neutral directory: "))
-    return false;
-  int depth = 0;
-  NSymbol::TPartitionTable partitions;
-  if (!NSymbol::readPartitionTable(configDir, depth, partitions)) return false;
-  const fs::path listsDir = neutralDir / "symbol_lists";
-  if (!fs::is_directory(listsDir)) {
-    RIG_LOG(call, Error, kPrefix << "symbol list directory does not exist: " << listsDir.string());
-    return false;
-  }
-  const fs::path root = NSymbol::neutralSymbolRoot(neutralDir, depth);
+  NSymbol::TSymbolStep step;
+  if (!NSymbol::beginSymbolStep(call, kPrefix, step)) return false;
+  const fs::path &configDir = step.configDir, &logDir = step.logDir;
+  const fs::path &listsDir = step.listsDir, &root = step.root;
+  const int depth = step.depth;
+  const NSymbol::TPartitionTable& partitions = step.partitions;
   const fs::path toolLog = logDir / "symbol_converter_initial.log";
   const fs::path excludedFile = configDir / "excluded_symbols.caf";
 
