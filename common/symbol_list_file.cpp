@@ -4,6 +4,8 @@
 #include <fstream>
 #include <vector>
 
+#include "common/whole_file.hpp"
+
 namespace rig_common {
 namespace symbol {
 
@@ -136,18 +138,17 @@ bool CSymbolListFileHandler::CImpl::add(const std::string& directory, const std:
 
 bool CSymbolListFileHandler::CImpl::write() {
   if (fileName.empty()) return true;
-  std::vector<char> buffer(kBufferSize);
-  std::ofstream stream;
-  stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-  stream.open(fileName, openMode);
-  if (!stream.is_open()) {
+  // Written beside the file and renamed over it: a failed or killed write
+  // leaves the old list whole.
+  CWholeFile out{boost::filesystem::path(fileName)};
+  if (!out) {
+    out.discard();
     report(logger, "Cannot open the following symbol list file for writing: " + fileName);
     return false;
   }
   for (const auto& item : list)
-    if (item.root) writeTLX(stream, *item.root);
-  stream.close();
-  const bool written = !stream.fail();
+    if (item.root) writeTLX(out.stream(), *item.root);
+  const bool written = out.commit();
   if (!written) report(logger, "Problem found during writing to the following symbol list file: " + fileName);
   list.clear();
   return written;
