@@ -34,6 +34,30 @@ using log4rig::ILogger;
 
 class TLXNode;
 
+// The blocks the nodes of a parse are cut from: a file of a million lines
+// makes a million nodes, and one allocation per node costs more than reading
+// the line. Each block is twice the one before, so a short file takes one
+// small block. A block is freed when the last node in it is deleted and the
+// parse that filled it has moved on, so a node may outlive its parse and its
+// tree (detached, adopted elsewhere) like any other.
+class TLXBlocks {
+ public:
+  TLXBlocks() = default;
+  ~TLXBlocks();
+  TLXBlocks(const TLXBlocks&) = delete;
+  TLXBlocks& operator=(const TLXBlocks&) = delete;
+
+  // Room for one node of `size` bytes, counted in its block.
+  void* allocate(size_t size);
+  // Gives back a node's room; the block goes when its count reaches zero.
+  static void release(void* block);
+
+ private:
+  struct TBlock;
+  TBlock* mBlock = nullptr;  // the block in hand, held by one count
+  size_t mUsed = 0;
+};
+
 // The children of a node, in file order: an intrusive list over the nodes
 // themselves, so that appending and resuming a search cost no allocation
 // and no search. Iteration yields TLXNode*. The owning node deletes them; a
@@ -92,9 +116,16 @@ class TLXNode {
   // A node with one value.
   TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value);
   // Deletes the subtree, children before their parent, without recursion.
-  virtual ~TLXNode();
+  ~TLXNode();
   TLXNode(const TLXNode&) = delete;
   TLXNode& operator=(const TLXNode&) = delete;
+
+  // A node lives on the heap (plain new, std::make_unique) or in the blocks
+  // of a parse (new (blocks) TLXNode(...)); delete and unique_ptr free both.
+  static void* operator new(size_t size);
+  static void* operator new(size_t size, TLXBlocks& blocks);
+  static void operator delete(void* node);
+  static void operator delete(void* node, TLXBlocks& blocks);
 
   // A deep copy of this node and its subtree, detached (no parent).
   std::unique_ptr<TLXNode> clone() const;
@@ -196,6 +227,7 @@ class TLXManager {
   std::unique_ptr<TLXNode> root;
 
  private:
+  TLXBlocks mBlocks;
   ILogger* mLogger;
 };
 
