@@ -75,7 +75,6 @@ TEST_F(CatalogSymbolListTest, DecisionTableMessagesVectorPinsAndExistingItems) {
   EXPECT_TRUE(host.logged("translation", "DEBUG",
                           p + " catalog: cat, part number: P6. This part was found in excluded file, so will be "
                               "excluded from translation."));
-  for (const auto& text : host.texts("translation", "WARN")) EXPECT_EQ(text.find("P6"), std::string::npos);
   ASSERT_TRUE(update());
   EXPECT_EQ(list(), expectedList()) << "a second run gives the same file";
   // Existing items keep their uses and gain pin maps.
