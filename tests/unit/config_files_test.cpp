@@ -39,7 +39,8 @@ struct ConfigFilesTest : StartedHostTest {
     return out;
   }
   TLines catalogs(CCatalogPropValData& data) { return TLines(data.beginCatalogs(), data.endCatalogs()); }
-  TLines partitions(CSymbolData& data) {
+  template <class TPartitions>
+  TLines partitions(TPartitions& data) {
     TLines out;
     for (const TPartitionData& p : data) out.push_back(p.name + "|" + p.rename + "|" + p.file + "|" + p.id);
     return out;
@@ -249,16 +250,14 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
 
 TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   int start = 0, stop = 0, depth = 0;
-  std::list<TPartitionData> partitions{{"kept", "", "", ""}};
+  std::list<TPartitionData> read{{"kept", "", "", ""}};
   writeFile(file("symbol_data.xml"),
             "<rig><symbol_data><common start='1' stop='2' depth='3'/><partition_data>"
             "<partition name='p' rename='P' file='f' id='i'/><partition name='q'/></partition_data>"
             "</symbol_data></rig>");
-  ASSERT_TRUE(readConfig(start, stop, depth, &partitions));
+  ASSERT_TRUE(readConfig(start, stop, depth, &read));
   EXPECT_EQ(std::make_tuple(start, stop, depth), std::make_tuple(1, 2, 3));
-  ASSERT_EQ(partitions.size(), 3u);
-  EXPECT_EQ(std::next(partitions.begin())->rename, "P");
-  EXPECT_EQ(partitions.back().name, "q");
+  EXPECT_EQ(partitions(read), (TLines{"kept|||", "p|P|f|i", "q|||"}));
   EXPECT_TRUE(readConfig(start, stop, depth));
   EXPECT_TRUE(host.records().empty());
   const std::string missing = file("none.xml").string();
@@ -275,10 +274,10 @@ TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   // No common: three errors of the file class, then the refusal.
   writeFile(file("symbol_data.xml"),
             "<rig><symbol_data><partition_data><partition name='p'/></partition_data></symbol_data></rig>");
-  partitions.clear();
-  EXPECT_FALSE(readConfig(start, stop, depth, &partitions));
+  read.clear();
+  EXPECT_FALSE(readConfig(start, stop, depth, &read));
   EXPECT_EQ(std::make_tuple(start, stop, depth), std::make_tuple(-1, -1, -1));
-  EXPECT_EQ(partitions.size(), 1u);
+  EXPECT_EQ(partitions(read), TLines{"p|||"});
   const std::string refusal = "Reading symbol configuration data: invalid content of file, or file is incomplete: " +
                               file("symbol_data.xml").string();
   const std::string noCommon = "Not found symbol data 'common' node.";
