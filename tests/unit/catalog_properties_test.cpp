@@ -8,6 +8,7 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
+using namespace NComponent;
 
 namespace {
 
@@ -35,18 +36,16 @@ struct CatalogPropertyTest : StartedHostTest {
   }
 };
 
-TEST_F(CatalogPropertyTest, SeedsAloneInByteOrder) {
-  ASSERT_TRUE(NComponent::updateCatalogPropMapping(""));
+TEST_F(CatalogPropertyTest, SeedsAloneInByteOrderThenWithCatalogNamesAndUserTargets) {
+  ASSERT_TRUE(updateCatalogPropMapping(""));
   EXPECT_EQ(readFile(file), document(kSeeds));
   EXPECT_TRUE(host.logged("translation", "DEBUG", "Updating catalog property mapping."));
-}
-
-TEST_F(CatalogPropertyTest, CatalogNamesUsersTargetsAndSeedsComeTogether) {
+  // Catalog names, the user's targets and the seeds come together.
   writeFile(catalogs / "a.prop.list", "  VALUE \nPART_NO\nREF\n");
   writeFile(catalogs / "b.prop.list", "VALUE\nTOL\n");
   writeFile(catalogs / "notes.txt", "IGNORED\n");
   writeFile(file, document({{"PART_NO", "Mfr Part"}, {"REF", ""}, {"OLD", "Old Name"}}));
-  ASSERT_TRUE(NComponent::updateCatalogPropMapping(""));
+  ASSERT_TRUE(updateCatalogPropMapping(""));
   std::map<std::string, std::string> expected(kSeeds.begin(), kSeeds.end());
   expected["PART_NO"] = "Mfr Part";
   expected["OLD"] = "Old Name";
@@ -54,7 +53,7 @@ TEST_F(CatalogPropertyTest, CatalogNamesUsersTargetsAndSeedsComeTogether) {
   expected["TOL"] = "";
   const std::string once = readFile(file);
   EXPECT_EQ(once, document({expected.begin(), expected.end()}));
-  ASSERT_TRUE(NComponent::updateCatalogPropMapping(""));
+  ASSERT_TRUE(updateCatalogPropMapping(""));
   EXPECT_EQ(readFile(file), once) << "a second update changes nothing";
   EXPECT_TRUE(host.logged(
       "translation", "DEBUG",
@@ -63,7 +62,7 @@ TEST_F(CatalogPropertyTest, CatalogNamesUsersTargetsAndSeedsComeTogether) {
 
 TEST_F(CatalogPropertyTest, BadMappingFileStopsTheUpdateAndSurvives) {
   writeFile(file, "<rig><catalog_data>");
-  EXPECT_FALSE(NComponent::updateCatalogPropMapping(""));
+  EXPECT_FALSE(updateCatalogPropMapping(""));
   EXPECT_EQ(readFile(file), "<rig><catalog_data>");
   EXPECT_TRUE(host.logged("translation", "ERROR",
                           "Updating catalog property mapping: problems found during parsing catalog data mapping "
@@ -71,40 +70,35 @@ TEST_F(CatalogPropertyTest, BadMappingFileStopsTheUpdateAndSurvives) {
                               file.string()));
   fs::remove_all(catalogs);
   host.clearRecords();
-  EXPECT_FALSE(NComponent::updateCatalogPropMapping(""));
+  EXPECT_FALSE(updateCatalogPropMapping(""));
   EXPECT_EQ(
       host.texts("translation", "ERROR"),
       (TLines{"Updating catalog property mapping: neutral catalogs directory does not exist:" + catalogs.string()}));
 }
 
-TEST_F(CatalogPropertyTest, ListInFileOrderAndMissingFile) {
-  EXPECT_EQ(NComponent::getCatalogPropertyList(), "");
+TEST_F(CatalogPropertyTest, ListInFileOrderMissingFileAndSave) {
+  EXPECT_EQ(getCatalogPropertyList(), "");
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Obtaining catalog property list: problems found during parsing catalog data mapping file: " + file.string()));
   writeFile(file, document({{"Z", "z"}, {"A", ""}}));
-  std::string rid = NComponent::getCatalogPropertyList();
+  std::string rid = getCatalogPropertyList();
   ASSERT_FALSE(rid.empty());
-  EXPECT_EQ(get2DListSize(rid), 2);
-  EXPECT_EQ(get2DListItem(rid, 0, 0), "Z");
-  EXPECT_EQ(get2DListItem(rid, 0, 1), "z");
-  EXPECT_EQ(get2DListItem(rid, 1, 1), "");
+  EXPECT_EQ(*find2D(rid), (TList2D{{"Z", "z"}, {"A", ""}}));
   removeList(rid);
-}
-
-TEST_F(CatalogPropertyTest, SaveTrimsDropsEmptySourcesAndKeepsTheLastDuplicate) {
+  // Saving trims, drops empty sources and keeps the last duplicate.
   writeFile(file, document({{"GONE", "x"}}));
-  std::string rid = NComponent::new2DList();
-  NComponent::addTwoColItemTo2DList(rid, " B ", " first ");
-  NComponent::addTwoColItemTo2DList(rid, "  ", "dropped");
-  NComponent::addTwoColItemTo2DList(rid, "A", "a");
-  NComponent::addTwoColItemTo2DList(rid, "B", "second");
-  NComponent::addRowTo2DList(rid);
-  NComponent::addRowItemTo2DList(rid, "C");
-  ASSERT_TRUE(NComponent::saveCatalogPropertyList(rid));
+  rid = new2DList();
+  addTwoColItemTo2DList(rid, " B ", " first ");
+  addTwoColItemTo2DList(rid, "  ", "dropped");
+  addTwoColItemTo2DList(rid, "A", "a");
+  addTwoColItemTo2DList(rid, "B", "second");
+  addRowTo2DList(rid);
+  addRowItemTo2DList(rid, "C");
+  ASSERT_TRUE(saveCatalogPropertyList(rid));
   EXPECT_EQ(readFile(file), document({{"A", "a"}, {"B", "second"}, {"C", ""}}));
   removeList(rid);
-  ASSERT_TRUE(NComponent::saveCatalogPropertyList("unknown"));
+  ASSERT_TRUE(saveCatalogPropertyList("unknown"));
   EXPECT_EQ(readFile(file), document({}));
   EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalog property list."));
 }

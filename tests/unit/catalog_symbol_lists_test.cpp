@@ -1,5 +1,4 @@
-// update_catalog_symbol_lists: the component/portion decisions, vector pins
-// and the symbol list written back.
+// update_catalog_symbol_lists: the component/portion decisions and vector pins.
 
 #include <gtest/gtest.h>
 
@@ -37,7 +36,10 @@ struct CatalogSymbolListTest : WorkDirHostTest {
               ".QRN_PART P7\n..QRN_PART_CONTAINER $LIB/sym\n..QRN_MAP_FILE $LIB/p7.map\n"
               "..QRN_COMP C1\n...QRN_SYMBOL s1\n");
   }
-
+  bool update(const std::string& locationMap = "") {
+    return NComponent::updateCatalogSymbolLists("L", locationMap.empty() ? map : locationMap, lib.string());
+  }
+  std::string list() { return readFile(catalogs / "cat.sym_list.caf"); }
   std::string expectedList() const {
     std::string text;
     for (const char* symbol : {"s1", "s2"}) {
@@ -49,9 +51,9 @@ struct CatalogSymbolListTest : WorkDirHostTest {
   }
 };
 
-TEST_F(CatalogSymbolListTest, DecisionTableMessagesAndVectorPins) {
-  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
-  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), expectedList());
+TEST_F(CatalogSymbolListTest, DecisionTableMessagesVectorPinsAndExistingItems) {
+  ASSERT_TRUE(update());
+  EXPECT_EQ(list(), expectedList());
   const std::string p = "Update catalog symbol lists:";
   EXPECT_EQ(
       host.texts("translation", "WARN"),
@@ -73,51 +75,45 @@ TEST_F(CatalogSymbolListTest, DecisionTableMessagesAndVectorPins) {
   EXPECT_TRUE(host.logged("translation", "DEBUG",
                           p + " catalog: cat, part number: P6. This part was found in excluded file, so will be "
                               "excluded from translation."));
-  for (const auto& text : host.texts("translation", "WARN")) EXPECT_EQ(text.find("P6"), std::string::npos);
-  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
-  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), expectedList()) << "a second run gives the same file";
-}
-
-TEST_F(CatalogSymbolListTest, ExistingItemsKeepTheirUsesAndGainPinMaps) {
+  ASSERT_TRUE(update());
+  EXPECT_EQ(list(), expectedList()) << "a second run gives the same file";
+  // Existing items keep their uses and gain pin maps.
   const std::string s1 = (lib / "sym").string() + "/s1";
   writeFile(catalogs / "cat.sym_list.caf",
             ".SK_SYMBOL_PATH " + s1 + "\n..CATALOG cat\n...QRN_PART P9\n....QRN_COMP C\n.....QRN_SYMBOL s1\n");
-  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
-  std::string text = readFile(catalogs / "cat.sym_list.caf");
+  ASSERT_TRUE(update());
+  std::string text = list();
   EXPECT_EQ(text.rfind(".SK_SYMBOL_PATH " + s1 + "\n..CATALOG cat\n...QRN_PART P9\n", 0), 0u) << text;
   EXPECT_NE(text.find("...QRN_PART P1\n"), std::string::npos);
 }
 
-TEST_F(CatalogSymbolListTest, DamagedSymbolListIsLeftAloneAndMissingNeutralFileStops) {
+TEST_F(CatalogSymbolListTest, DamagedSymbolListIsLeftAloneAndMissingInputsStop) {
   writeFile(catalogs / "cat.sym_list.caf", "..broken\n");
-  ASSERT_TRUE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
-  EXPECT_EQ(readFile(catalogs / "cat.sym_list.caf"), "..broken\n");
+  ASSERT_TRUE(update());
+  EXPECT_EQ(list(), "..broken\n");
   EXPECT_TRUE(host.logged(
       "translation", "WARN",
       "Update catalog symbol lists: cannot read symbol list file: " + (catalogs / "cat.sym_list.caf").string()));
-
   writeFile(config / "catalog.list", "gone\ncat\n");
   fs::remove(catalogs / "cat.sym_list.caf");
   host.clearRecords();
-  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_FALSE(update());
   EXPECT_TRUE(host.logged(
       "translation", "WARN",
       "Update catalog symbol lists: cannot parse neutral catalog file: " + (catalogs / "gone_neut.tlx").string()));
   EXPECT_FALSE(fs::exists(catalogs / "cat.sym_list.caf"));
-}
-
-TEST_F(CatalogSymbolListTest, MissingInputsFailTheStep) {
-  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", (tmp.path() / "nomap").string(), lib.string()));
+  // Missing inputs fail the step.
+  EXPECT_FALSE(update((tmp.path() / "nomap").string()));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Update catalog symbol lists: cannot load the location map file: " + (tmp.path() / "nomap").string()));
   fs::remove(config / "catalog.list");
-  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_FALSE(update());
   EXPECT_TRUE(
       host.logged("translation", "ERROR",
                   "Update catalog symbol lists: cannot read catalog list file: " + (config / "catalog.list").string()));
   fs::remove_all(catalogs);
-  EXPECT_FALSE(NComponent::updateCatalogSymbolLists("L", map, lib.string()));
+  EXPECT_FALSE(update());
   EXPECT_TRUE(
       host.logged("translation", "ERROR",
                   "Update catalog symbol lists: neutral catalogs directory does not exist: " + catalogs.string()));

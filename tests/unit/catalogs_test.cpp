@@ -1,5 +1,4 @@
-// The catalog steps: catalog list, command line of the catalog tool, the
-// report, the neutral catalog reader and the catalog symbol lists.
+// The catalog steps: catalog list, the catalog tool, the report, the neutral catalog reader.
 
 #include <gtest/gtest.h>
 
@@ -14,6 +13,8 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
+using namespace NComponent;
+using namespace NComponent::NCatalog;
 
 namespace NComponent {
 namespace NCatalog {
@@ -41,44 +42,34 @@ struct CatalogTest : WorkDirHostTest {
   }
 };
 
-TEST_F(CatalogTest, ListsTheSampleCatalogsAndSavesThem) {
-  std::string rid = NComponent::getCatalogList("CORP_LIB", map, kExamples);
-  ASSERT_FALSE(rid.empty());
-  auto names = list1D(rid);
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (TLines{"analog", "connectors", "digital"}));
-  NComponent::addItemTo1DList(rid, " with blanks ");
-  EXPECT_TRUE(NComponent::saveCatalogList(rid));
-  std::string expected;
-  for (const auto& name : list1D(rid)) expected += name + "\n";
-  EXPECT_EQ(readFile(config / "catalog.list"), expected);
+// The sample library's catalogs are listed and saved end to end.
+TEST_F(CatalogTest, ListsCatalogsAndSavesThem) {
+  std::string rid = new1DList();
+  for (const char* name : {"digital", " with blanks "}) addItemTo1DList(rid, name);
+  EXPECT_TRUE(saveCatalogList(rid));
+  EXPECT_EQ(readFile(config / "catalog.list"), "digital\n with blanks \n");
   removeList(rid);
-}
-
-TEST_F(CatalogTest, CatalogFileNamesNeedAStemAndTheSuffixCase) {
-  fs::path lib = tmp.path() / "my $lib";  // a blank and a $ in the library path
+  // Catalog file names need a stem and the suffix's case; the library path has a blank and a $.
+  fs::path lib = tmp.path() / "my $lib";
   fs::create_directories(lib / "cats" / "dir.qrn_catalog.attr");
-  writeFile(lib / "cats" / ".qrn_catalog.attr", "");
-  writeFile(lib / "cats" / "X.QRN_CATALOG.ATTR", "");
-  writeFile(lib / "cats" / "good one.qrn_catalog.attr", "");
+  for (const char* name : {".qrn_catalog.attr", "X.QRN_CATALOG.ATTR", "good one.qrn_catalog.attr"})
+    writeFile(lib / "cats" / name, "");
   writeFile(lib / "vlt_library_definition.library_definition", "released \"L\" {\n  CATS $L/cats -qrn_catalog\n}\n");
   writeFile(tmp.path() / "map2", "$L\n" + lib.string() + "\n");
-  std::string rid = NComponent::getCatalogList("L", (tmp.path() / "map2").string(), lib.string());
+  rid = getCatalogList("L", (tmp.path() / "map2").string(), lib.string());
   EXPECT_EQ(list1D(rid), TLines{"good one"});
   removeList(rid);
-}
-
-TEST_F(CatalogTest, EmptyListWritesAnEmptyFileAndUnknownRidOrConfigFails) {
-  std::string rid = NComponent::new1DList();
+  // An empty list writes an empty file; an unknown RID or configuration directory fails.
+  rid = new1DList();
   writeFile(config / "catalog.list", "old\n");
-  EXPECT_TRUE(NComponent::saveCatalogList(rid));
+  EXPECT_TRUE(saveCatalogList(rid));
   EXPECT_EQ(readFile(config / "catalog.list"), "");
   host.clearRecords();
   writeFile(config / "catalog.list", "kept\n");
-  EXPECT_FALSE(NComponent::saveCatalogList("12345"));
+  EXPECT_FALSE(saveCatalogList("12345"));
   EXPECT_EQ(readFile(config / "catalog.list"), "kept\n");
   host.clearService("get config");
-  EXPECT_FALSE(NComponent::saveCatalogList(rid));
+  EXPECT_FALSE(saveCatalogList(rid));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             (TLines{"Saving catalog list to file: unknown RID.",
                     "Saving catalog list to file: cannot obtain path to the configuration directory."}));
@@ -86,33 +77,28 @@ TEST_F(CatalogTest, EmptyListWritesAnEmptyFileAndUnknownRidOrConfigFails) {
 }
 
 TEST_F(CatalogTest, SwitchesAreHostParameters) {
-  NComponent::usePartNoProp(true);
+  usePartNoProp(true);
   EXPECT_EQ(host.parameters()["catalog use PART_NO"], "1");
-  NComponent::usePartNoProp(false);
+  usePartNoProp(false);
   EXPECT_EQ(host.parameters()["catalog use PART_NO"], "0");
-  EXPECT_TRUE(NComponent::setCatalogSymbolsOnly(false));
+  EXPECT_TRUE(setCatalogSymbolsOnly(false));
   EXPECT_EQ(host.parameters()["catalog symbols only"], "0");
   EXPECT_TRUE(host.logged("component", "DEBUG", "Setting catalog swapping qrn_index with PART_NO to: 1"));
   EXPECT_TRUE(host.logged("translation", "DEBUG", "Setting catalog symbols only to: 0"));
   host.clearService("get wdir");
-  EXPECT_FALSE(NComponent::setCatalogSymbolsOnly(true));
+  EXPECT_FALSE(setCatalogSymbolsOnly(true));
 }
 
-TEST(CatalogLogFilter, KeepsTheMessageOfErrorAndWarningLines) {
+TEST(CatalogTool, LogFilterAndCommandLine) {
   const std::vector<std::tuple<std::string, bool, std::string>> cases = {
       {"Error: bad", true, "bad"},   {"WARNING bad", true, "bad"},
       {"warn:::  bad", true, "bad"}, {"  errors found: 2 parts", true, "found: 2 parts"},
       {"error", true, ""},           {"no errors found", true, ""},
       {"Warning: x", false, ""},     {"ERROR: x", false, "x"}};
   for (const auto& c : cases)
-    EXPECT_EQ(NComponent::NCatalog::filterLogLine(std::get<0>(c), std::get<1>(c)), std::get<2>(c)) << std::get<0>(c);
-}
-
-TEST(CatalogCommandLine, PiecesInOrderWithQuotingAndSwap) {
-  using NComponent::NCatalog::tbl2flatCommandLine;
-  std::string line = tbl2flatCommandLine("/bin dir/tbl2flat.exe", "/lib/cats/digital", "/w/neutral/catalogs",
-                                         "/w/config", "/w/log", "/maps/map", "digital", false);
-  EXPECT_EQ(line,
+    EXPECT_EQ(filterLogLine(std::get<0>(c), std::get<1>(c)), std::get<2>(c)) << std::get<0>(c);
+  EXPECT_EQ(tbl2flatCommandLine("/bin dir/tbl2flat.exe", "/lib/cats/digital", "/w/neutral/catalogs", "/w/config",
+                                "/w/log", "/maps/map", "digital", false),
             "ksh -c \"\"/bin dir/tbl2flat.exe\" -i /lib/cats/digital -o /w/neutral/catalogs/digital_neut.tlx"
             " -s QRN -d QRN2PDB -m /maps/map -z /w/neutral/catalogs/digital.prop.list"
             " -y /w/neutral/catalogs/digital.sym_list.caf -v /w/config/catalog_val_prop.xml"
@@ -126,7 +112,7 @@ TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
   const std::string rule(79, '-'),
       head = rule + "\n Problems related due to absence of neutral catalog data files\n" + rule;
   writeFile(config / "catalog.list", "");
-  EXPECT_FALSE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_FALSE(verifyCatalogs("CORP_LIB", map, kExamples));
   EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"), head + "\n\n");
   EXPECT_TRUE(host.logged("translation", "ERROR",
                           "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
@@ -134,35 +120,31 @@ TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
   writeFile(config / "catalog.list", "digital\n  analog  \n");
   writeFile(catalogs / "digital_neut.tlx", "");
   writeFile(log / "tbl2flat.log", "Error: bad\nall fine\nWARNING  also bad\nerror\n\nwarn:::  x\n");
-  EXPECT_TRUE(NComponent::verifyCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_TRUE(verifyCatalogs("CORP_LIB", map, kExamples));
   EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
             head + "\nERROR: content of the following catalog has not been saved: analog\n\n" + rule +
                 "\n Problems found by the tbl2flat tool\n" + rule + "\nbad\nalso bad\nx\n");
   EXPECT_TRUE(host.logged("translation", "DEBUG", "Verifying catalog data."));
 }
 
-TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPath) {
+TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPathAndPartsAreReadWithWarnings) {
+  CFakeHost host;
   CTempDir tmp;
   writeFile(tmp.path() / "map",
             "QRN_LOCATION_MAP_1 force\n/orphan\n# c\n$A\n/first\n/second\n$EMPTY\n$B something\n/b\n");
-  NComponent::NCatalog::TSoftPrefixes table;
-  ASSERT_TRUE(NComponent::NCatalog::readLocationMapTable(tmp.path() / "map", table));
-  EXPECT_EQ(table, (NComponent::NCatalog::TSoftPrefixes{{"$A", "/second"}, {"$EMPTY", ""}, {"$B", "/b"}}));
-  EXPECT_FALSE(NComponent::NCatalog::readLocationMapTable(tmp.path() / "none", table));
-}
-
-TEST(NeutralCatalogs, ReadsPartsWithWarningsAndFailsOnUnparsableFiles) {
-  CFakeHost host;
-  CTempDir tmp;
-  log4cxx::LoggerPtr translation = host.logger("get component translation logger");
+  TSoftPrefixes table;
+  ASSERT_TRUE(readLocationMapTable(tmp.path() / "map", table));
+  EXPECT_EQ(table, (TSoftPrefixes{{"$A", "/second"}, {"$EMPTY", ""}, {"$B", "/b"}}));
+  EXPECT_FALSE(readLocationMapTable(tmp.path() / "none", table));
+  const rig_common::log4rig::TSinks sinks{host.logger("get component translation logger"), log4cxx::LoggerPtr()};
   writeFile(
       tmp.path() / "c_neut.tlx",
       "! written by hand\n.QRN_PART \"P-2\"\n..QRN_PART_CONTAINER \"$LIB\\cells\"\n..QRN_PART_CONTAINER '$OTHER/x'\n"
       "..QRN_MAP_FILE $LIB/m.map\n..QRN_GEOM so8\n..QRN_COMP NAND2\n...QRN_SYMBOL \"nand\"\n"
       "...QRN_SYMBOL \"VLTTRANSDELETEME\"\n..QRN_COMP EMPTY\n...QRN_SYMBOL VLTTRANSDELETEME\n"
       ".QRN_PART\n.QRN_PART P-1\n..QRN_GEOM a\"b\n");
-  NComponent::NCatalog::NeutralCatalogs reader(NComponent::NCatalog::TSoftPrefixes{{"$LIB", "/hard/lib"}});
-  ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", {translation, log4cxx::LoggerPtr()}));
+  NeutralCatalogs reader(TSoftPrefixes{{"$LIB", "/hard/lib"}});
+  ASSERT_TRUE(reader.readQrnNeutralCatalog(tmp.path() / "c_neut.tlx", "c", sinks));
   ASSERT_EQ(reader.parts.size(), 3u);
   const auto& part = reader.parts.at("P-2");
   EXPECT_EQ(part.container.name, "$OTHER/x");
@@ -179,47 +161,42 @@ TEST(NeutralCatalogs, ReadsPartsWithWarningsAndFailsOnUnparsableFiles) {
       (TLines{"Reading neutral catalog file: next occurence of the QRN_PART_CONTAINER node found for part: P-2",
               "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: NAND2",
               "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: EMPTY"}));
-
   writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
-  EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", {translation, log4cxx::LoggerPtr()}));
+  EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", sinks));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Reading neutral catalog file: cannot parse neutral catalog file: " + (tmp.path() / "bad_neut.tlx").string()));
 }
 
-TEST_F(CatalogTest, EmptyCatalogListRemovesTheOldLogAndRunsNothing) {
-  host.setService("get qlln installation path", tmp.str());
-  writeFile(config / "catalog.list", "");
-  writeFile(log / "tbl2flat.log", "old output\n");
-  EXPECT_TRUE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
-  EXPECT_FALSE(fs::exists(log / "tbl2flat.log"));
-  for (const auto& line : host.lines()) EXPECT_EQ(line.find("Process starter"), std::string::npos) << line;
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalogs to neutral format."));
-}
-
-TEST_F(CatalogTest, ToolEnvironmentFailureEndsTheStep) {
+TEST_F(CatalogTest, SaveCatalogsEmptyListAndMissingInputs) {
   writeFile(config / "catalog.list", "digital\nanalog\n");
-  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain QLLN's QRN_HOME directory."));
   EXPECT_EQ(host.texts("translation", "INFO"), TLines{"Saving catalog: " + kExamples + "/catalogs/digital"});
   EXPECT_FALSE(fs::exists(catalogs / "digital_neut.tlx"));
-}
-
-TEST_F(CatalogTest, MissingInputsOfSaveCatalogs) {
+  // An empty catalog list removes the old log and runs nothing.
   host.setService("get qlln installation path", tmp.str());
-  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  writeFile(config / "catalog.list", "");
+  writeFile(log / "tbl2flat.log", "old output\n");
+  host.clearRecords();
+  EXPECT_TRUE(saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_FALSE(fs::exists(log / "tbl2flat.log"));
+  for (const auto& line : host.lines()) EXPECT_EQ(line.find("Process starter"), std::string::npos) << line;
+  EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalogs to neutral format."));
+  fs::remove(config / "catalog.list");
+  EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Saving catalogs to neutral format: cannot read catalog list file: " + (config / "catalog.list").string()));
   host.failService("get neutral");
   host.clearRecords();
-  EXPECT_FALSE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             TLines{"Saving catalogs to neutral format: cannot obtain path to the neutral directory: "});
   host.failService("get neutral", false);
   fs::remove_all(wdir / "neutral");
   writeFile(config / "catalog.list", "");
-  EXPECT_TRUE(NComponent::saveCatalogs("CORP_LIB", map, kExamples));
+  EXPECT_TRUE(saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_TRUE(fs::is_directory(catalogs)) << "the neutral catalogs directory is made";
 }
 

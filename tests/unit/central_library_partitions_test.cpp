@@ -1,6 +1,4 @@
-// Partitions of the target Central Library: the library tool's command lines
-// and add_symbol_partitions, add_pdb_partitions, add_cell_partitions with the
-// libforge.exe simulator.
+// Partitions of the target Central Library with the libforge.exe simulator.
 
 #include <gtest/gtest.h>
 
@@ -12,36 +10,31 @@
 #include "support/fake_host.hpp"
 
 using namespace vlttest;
+using namespace NComponent;
+using namespace NVlt2HrwHelpers;
 namespace fs = boost::filesystem;
 
 namespace {
 
 TEST(PartitionCommandLine, QuotesPathsByEachFormAndTakesNameAndTypeAsTheyStand) {
-  EXPECT_EQ(NVlt2HrwHelpers::partitionCommandLine("/r b/libforge.exe", "/w=d/Library/Library.zpc", "\"a b_c\"", "cell",
-                                                  "/w=d/log/libforge_int.log", "/w=d/log/libforge.log"),
+  EXPECT_EQ(partitionCommandLine("/r b/libforge.exe", "/w=d/Library/Library.zpc", "\"a b_c\"", "cell",
+                                 "/w=d/log/libforge_int.log", "/w=d/log/libforge.log"),
             "cmd /c \"\\r b\\libforge.exe\" -CreatePartition -zpcpath=\"/w=d/Library/Library.zpc\" "
             "-partitiontype=cell -partitionname=\"a b_c\" -log=\"/w=d/log/libforge_int.log\" "
             "> \"\\w=d\\log\\libforge.log\" 2>>&1");
-  EXPECT_EQ(NVlt2HrwHelpers::partitionFileCommandLine("/r/libforge.exe", "/w/L/Library.zpc", "-sympartitionfile=",
-                                                      "/w d/config/sym_partitions.caf", "/w/l/i.log", "/w/l/o.log"),
+  EXPECT_EQ(partitionFileCommandLine("/r/libforge.exe", "/w/L/Library.zpc", "-sympartitionfile=",
+                                     "/w d/config/sym_partitions.caf", "/w/l/i.log", "/w/l/o.log"),
             "cmd /c \\r\\libforge.exe -CreatePartition -zpcpath=/w/L/Library.zpc "
             "-sympartitionfile=\"/w d/config/sym_partitions.caf\" -log=/w/l/i.log > \\w\\l\\o.log 2>>&1");
 }
 
 struct PartitionsTest : StartedHostTest {
-  fs::path wdir, index;
+  fs::path wdir = tmp.path() / "w=d x", index = wdir / "Library" / "Library.zpc";
   void SetUp() override {
     StartedHostTest::SetUp();
-    wdir = tmp.path() / "w=d x";
-    fs::create_directories(wdir / "log");
-    fs::create_directories(wdir / "config" / "geom_technology");
+    for (const auto& dir : {wdir / "log", wdir / "config" / "geom_technology"}) fs::create_directories(dir);
     host.setWdir(wdir.string());
     host.setLibrary(tmp.str());
-    index = wdir / "Library" / "Library.zpc";
-  }
-  void prepare() {
-    fs::create_directories(index.parent_path());
-    writeFile(index, "*ZPC_INDEX 1\n");
   }
   std::string partitions() {
     std::string lines, text = readFile(index);
@@ -49,37 +42,35 @@ struct PartitionsTest : StartedHostTest {
       lines += text.substr(at + 11, text.find('\n', at) - at - 10);
     return lines;
   }
-  std::string component(const std::string& level, const std::string& text) { return "component " + level + " " + text; }
 };
 
-TEST_F(PartitionsTest, EachFunctionNeedsThePreparedLibrary) {
+TEST_F(PartitionsTest, PreparedLibraryIsNeededAndListFilesGiveSymbolAndPdbPartitions) {
   const std::string missing = "target ZPC index file does not exist: " + index.string();
-  EXPECT_FALSE(NComponent::addSymbolPartitions());
-  EXPECT_FALSE(NComponent::addPDBPartitions());
-  EXPECT_FALSE(NComponent::addCellPartitions("anything"));
+  EXPECT_FALSE(addSymbolPartitions());
+  EXPECT_FALSE(addPDBPartitions());
+  EXPECT_FALSE(addCellPartitions("anything"));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             (TLines{"Adding PDB partitions: " + missing, "Adding PDB partitions: " + missing,
                     "Adding cell partitions: " + missing}));
   EXPECT_EQ(host.texts("translation", "DEBUG"), (TLines{"Adding PDB partitions.", "Adding PDB partitions."}));
-}
 
-TEST_F(PartitionsTest, ListFilesGiveSymbolAndPdbPartitionsAndAToolProblemIsAWarning) {
-  prepare();
+  // List files give symbol and PDB partitions; a tool problem is a warning.
+  writeFile(index, "*ZPC_INDEX 1\n");
+  host.clearRecords();
   writeFile(wdir / "config" / "sym_partitions.caf", "logic\nanalog\nlogic\n");
   writeFile(wdir / "config" / "catalog.list", "digital\n..\n");
-  EXPECT_TRUE(NComponent::addSymbolPartitions());
+  EXPECT_TRUE(addSymbolPartitions());
   EXPECT_TRUE(host.texts("translation", "WARN").empty());
-  EXPECT_TRUE(NComponent::addPDBPartitions());
+  EXPECT_TRUE(addPDBPartitions());
   EXPECT_EQ(partitions(), "symbol logic\nsymbol analog\npdb digital\n");
   EXPECT_EQ(host.texts("component", "WARN"),
             TLines{"LibForge found problem(s) during adding partition from file: " +
                    (wdir / "config" / "catalog.list").string() + ". Returned code: 3"});
   EXPECT_NE(readFile(wdir / "log" / "libforge.log").find("Error: invalid partition name: '..'"), std::string::npos);
   EXPECT_NE(readFile(wdir / "log" / "libforge_int.log").find("partition created: symbol logic"), std::string::npos);
-
   host.clearRecords();
-  EXPECT_FALSE(NVlt2HrwHelpers::createCLPartition(index, "x", "Symbol"));
-  EXPECT_FALSE(NVlt2HrwHelpers::createCLPartitionsFromFile(index, "f", "Cell"));
+  EXPECT_FALSE(createCLPartition(index, "x", "Symbol"));
+  EXPECT_FALSE(createCLPartitionsFromFile(index, "f", "Cell"));
   EXPECT_EQ(host.texts("component", "ERROR"),
             (TLines{"Unknown partition type: Symbol", "Unknown partition type: Cell"}));
   EXPECT_EQ(host.texts("component", "DEBUG"),
@@ -87,7 +78,7 @@ TEST_F(PartitionsTest, ListFilesGiveSymbolAndPdbPartitionsAndAToolProblemIsAWarn
 }
 
 TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechnology) {
-  prepare();
+  writeFile(index, "*ZPC_INDEX 1\n");
   writeFile(wdir / "config" / "geom_technology" / "technology_list.xml",
             "<rig><geom_data><technologies><list>"
             "<technology id='default' container_def_file='c.xml'/><technology id='bare' container_def_file='c.xml'/>"
@@ -96,22 +87,21 @@ TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechno
             "<rig><geom_data><technologies><containers id='default'>"
             "<container directory='smd/ic' cell_partition='ignored'/><container directory='c d'/>"
             "<container directory='e\\f'/></containers><containers id='bare'/></technologies></geom_data></rig>");
-  EXPECT_TRUE(NComponent::addCellPartitions(""));
+  EXPECT_TRUE(addCellPartitions(""));
   EXPECT_EQ(partitions(), "cell smd_ic\ncell c d\ncell e_f\n");
   EXPECT_EQ(host.texts("translation", "DEBUG"),
             (TLines{"Adding cell partitions for technology: default.", "Preparing target Central Library.",
                     "Preparing target Central Library.", "Preparing target Central Library.",
                     "Adding cell partitions for technology: bare."}));
-
   // A technology whose containers are missing stops the walk.
   writeFile(wdir / "config" / "geom_technology" / "c.xml", "<rig/>");
   host.clearRecords();
-  EXPECT_FALSE(NComponent::addCellPartitions(""));
+  EXPECT_FALSE(addCellPartitions(""));
   EXPECT_EQ(host.texts("translation", "FATAL"), TLines{"Technology container 'default' not found in file: '" +
                                                        (wdir / "config" / "geom_technology" / "c.xml").string() + "'"});
   fs::remove(wdir / "config" / "geom_technology" / "c.xml");
   host.clearRecords();
-  EXPECT_FALSE(NComponent::addCellPartitions(""));
+  EXPECT_FALSE(addCellPartitions(""));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             TLines{"Technology container file does not exist: \"" +
                    (wdir / "config" / "geom_technology" / "c.xml").string() + "\""});

@@ -28,7 +28,6 @@ struct ConfigFilesTest : StartedHostTest {
     StartedHostTest::SetUp();
     logger = NComponent::getTranslationLogger(*NComponent::gComponent);
   }
-
   boost::filesystem::path file(const std::string& name) { return tmp.path() / name; }
   std::string written(CConfigParser& parser, const std::string& name = "out.xml") {
     EXPECT_TRUE(parser.write(file(name)));
@@ -40,7 +39,8 @@ struct ConfigFilesTest : StartedHostTest {
     return out;
   }
   TLines catalogs(CCatalogPropValData& data) { return TLines(data.beginCatalogs(), data.endCatalogs()); }
-  TLines partitions(CSymbolData& data) {
+  template <class TPartitions>
+  TLines partitions(TPartitions& data) {
     TLines out;
     for (const TPartitionData& p : data) out.push_back(p.name + "|" + p.rename + "|" + p.file + "|" + p.id);
     return out;
@@ -51,10 +51,7 @@ struct ConfigFilesTest : StartedHostTest {
   }
 };
 
-// ---------------------------------------------------------------------------
-// catalog_data_mapping.xml (its bytes are pinned by the catalog property tests)
-
-TEST_F(ConfigFilesTest, CatalogDataMappingUpdatesRoundTripAndWalk) {
+TEST_F(ConfigFilesTest, CatalogDataMappingAndValueCatalogsRoundTripAndWalk) {
   // Bad XML is the parser's report alone; a missing file is pinned by the technology tests.
   CCatalogDataMapping mapping(logger);
   writeFile(file("bad.xml"), "<rig>");
@@ -62,7 +59,6 @@ TEST_F(ConfigFilesTest, CatalogDataMappingUpdatesRoundTripAndWalk) {
   EXPECT_EQ(host.texts("translation", "ERROR").size(), 1u);
   EXPECT_EQ(host.texts("translation", "FATAL").size(), 0u);
   host.clearRecords();
-
   mapping.createDefaults();
   for (const char* name : {"A", "B"}) EXPECT_TRUE(mapping.updatePropertyMapping({name, "1"}, true));
   EXPECT_TRUE(mapping.updatePropertyMapping({"A", "3"}, true));
@@ -81,7 +77,6 @@ TEST_F(ConfigFilesTest, CatalogDataMappingUpdatesRoundTripAndWalk) {
   ASSERT_TRUE(reread.parse(file("in.xml")));
   EXPECT_EQ(sources(reread), TLines{"=only"}) << "a missing attribute reads empty";
   EXPECT_TRUE(host.records().empty());
-
   // A row added behind a walk lengthens it by a position it cannot read.
   TLines seen;
   for (auto it = mapping.begin(); it != mapping.end(); ++it) {
@@ -92,17 +87,12 @@ TEST_F(ConfigFilesTest, CatalogDataMappingUpdatesRoundTripAndWalk) {
   EXPECT_EQ(seen, (TLines{"B", "A", ""}));
   EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element nb.: 2."});
   host.clearRecords();
-
   mapping.parser.createEmptyDocument("rig");
   EXPECT_FALSE(mapping.updatePropertyMapping({"A", "1"}, true));
   EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element: rig/catalog_data/data_map/property_map."});
   EXPECT_EQ(written(mapping), kDecl + "<rig />\n");
-}
-
-// ---------------------------------------------------------------------------
-// catalog_val_prop.xml
-
-TEST_F(ConfigFilesTest, ValueCatalogsAndPropertiesRoundTripAndClear) {
+  // catalog_val_prop.xml: catalogs and properties round trip and clear.
+  host.clearRecords();
   CCatalogPropValData data(logger);
   data.parser.createEmptyDocument("rig");
   data.addCatalog("cat1");
@@ -115,34 +105,29 @@ TEST_F(ConfigFilesTest, ValueCatalogsAndPropertiesRoundTripAndClear) {
                                "      </catalog_list>\n      <ql_property_list>\n"
                                "        <ql_property name=\"VALUE\" />\n        <ql_property name=\"TOL\" />\n"
                                "      </ql_property_list>\n    </value_property_mapping>\n  </catalog_data>\n</rig>\n");
-  CCatalogPropValData reread(logger);
-  ASSERT_TRUE(reread.parse(file("out.xml")));
-  EXPECT_EQ(catalogs(reread), (TLines{"cat1", "cat 2"}));
-  EXPECT_EQ(TLines(reread.beginProperties(), reread.endProperties()), (TLines{"VALUE", "TOL"}));
-
-  reread.clearCatalogs();
-  EXPECT_EQ(TLines(reread.beginProperties(), reread.endProperties()).size(), 2u);
-  reread.addCatalog("new");
-  reread.clearProperties();
-  EXPECT_EQ(catalogs(reread), TLines{"new"});
-  EXPECT_EQ(written(reread).find("ql_property"), std::string::npos) << "the list element goes too";
-
+  CCatalogPropValData values(logger);
+  ASSERT_TRUE(values.parse(file("out.xml")));
+  EXPECT_EQ(catalogs(values), (TLines{"cat1", "cat 2"}));
+  EXPECT_EQ(TLines(values.beginProperties(), values.endProperties()), (TLines{"VALUE", "TOL"}));
+  values.clearCatalogs();
+  EXPECT_EQ(TLines(values.beginProperties(), values.endProperties()).size(), 2u);
+  values.addCatalog("new");
+  values.clearProperties();
+  EXPECT_EQ(catalogs(values), TLines{"new"});
+  EXPECT_EQ(written(values).find("ql_property"), std::string::npos) << "the list element goes too";
   // Every catalog list is cleared; an element missing under a walk reads empty and is reported.
   writeFile(file("in.xml"),
             "<rig><catalog_data><value_property_mapping><catalog_list><catalog name='a'/>"
             "</catalog_list><catalog_list><catalog/></catalog_list></value_property_mapping>"
             "</catalog_data></rig>");
-  ASSERT_TRUE(reread.parse(file("in.xml")));
-  EXPECT_EQ(catalogs(reread), (TLines{"a", ""}));
-  auto it = reread.beginCatalogs();
-  reread.clearCatalogs();
-  EXPECT_EQ(*it, "");
+  ASSERT_TRUE(values.parse(file("in.xml")));
+  EXPECT_EQ(catalogs(values), (TLines{"a", ""}));
+  auto walk = values.beginCatalogs();
+  values.clearCatalogs();
+  EXPECT_EQ(*walk, "");
   EXPECT_EQ(host.lines(), TLines{"translation ERROR Not found element nb.: 0."});
-  EXPECT_EQ(reread.beginCatalogs(), reread.endCatalogs());
+  EXPECT_EQ(values.beginCatalogs(), values.endCatalogs());
 }
-
-// ---------------------------------------------------------------------------
-// symbol_data.xml
 
 TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   CSymbolData data(logger);
@@ -150,9 +135,8 @@ TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   EXPECT_EQ(written(data), kDecl +
                                "<rig>\n  <symbol_data>\n    <common />\n    <default />\n"
                                "    <partition_data />\n  </symbol_data>\n</rig>\n");
-  data.setCommon("start", "2");
-  data.setCommon("stop", "3");
-  data.setCommon("depth", "4");
+  for (const auto& [name, value] : {std::pair<const char*, const char*>{"start", "2"}, {"stop", "3"}, {"depth", "4"}})
+    data.setCommon(name, value);
   data.setDefault("file", "symbol_data_mapping.xml");
   data.setDefault("id", "default");
   EXPECT_TRUE(data.addPartition({"a_b", "AB", "symbol_data_mapping.xml", "default"}, true));
@@ -171,7 +155,6 @@ TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   EXPECT_EQ(reread.findPartition("c").rename, "c");
   EXPECT_EQ(reread.findPartition("C").name, "") << "names compare exactly";
   EXPECT_TRUE(host.records().empty());
-
   // An existing record keeps its place; partition_data is made again after removal.
   EXPECT_TRUE(reread.addPartition({"a_b", "A2", "g", "j"}, false));
   EXPECT_FALSE(reread.addPartition({"z", "z", "f", "i"}, false));
@@ -180,11 +163,8 @@ TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   EXPECT_EQ(reread.begin(), reread.end());
   EXPECT_TRUE(reread.addPartition({"n", "n", "f", "i"}, true));
   EXPECT_EQ(partitions(reread), TLines{"n|n|f|i"});
-}
-
-TEST_F(ConfigFilesTest, LevelsAreWholeNumbersAndSettingOneMakesCommon) {
+  // Levels are whole numbers; setting one makes the common element.
   writeFile(file("symbol_data.xml"), "<rig><symbol_data><default/></symbol_data></rig>");
-  CSymbolData data(logger);
   ASSERT_TRUE(data.parse(file("symbol_data.xml")));
   const std::vector<std::pair<std::string, int>> cases = {
       {"1x", -1}, {"", -1}, {" 1", -1}, {"99999999999999999999", -1}, {"-3", -3}, {"007", 7}};
@@ -197,9 +177,6 @@ TEST_F(ConfigFilesTest, LevelsAreWholeNumbersAndSettingOneMakesCommon) {
   EXPECT_EQ(data.getCommon("nothing"), "");
   EXPECT_TRUE(host.records().empty()) << "a missing attribute is not logged";
 }
-
-// ---------------------------------------------------------------------------
-// symbol_data_mapping.xml
 
 TDataMapping sampleMapping(const std::string& id) {
   TDataMapping m;
@@ -237,7 +214,6 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
   EXPECT_EQ(written(copy, "again.xml"), readFile(file("out.xml"))) << "every part is read back";
   EXPECT_EQ(reread.findMapping("Default").id, "");
   EXPECT_TRUE(host.records().empty());
-
   // Setting moves the record to the end; a new id needs adding.
   EXPECT_FALSE(mapping.setDataMapping(sampleMapping("other"), false));
   EXPECT_TRUE(mapping.setDataMapping(sampleMapping("other"), true));
@@ -250,7 +226,6 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
   EXPECT_EQ(ids, (TLines{"other", "default"}));
   EXPECT_EQ(mapping.findMapping("default").pinTypes, changed.pinTypes);
   EXPECT_TRUE(mapping.findMapping("default").scaling.empty());
-
   // The reader takes the later of two keys; setting drops every record of the id.
   writeFile(file("m.xml"),
             "<rig><symbol_data>"
@@ -267,31 +242,24 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
   ASSERT_TRUE(twice.setDataMapping(first, false));
   EXPECT_EQ(std::distance(twice.begin(), twice.end()), 1);
   EXPECT_EQ(twice.findMapping("default").pinTypes.size(), 2u);
-
   CSymbolDataMapping bare(logger);
   bare.parser.createEmptyDocument("rig");
   EXPECT_FALSE(bare.setDataMapping(sampleMapping("default"), true));
   EXPECT_EQ(written(bare), kDecl + "<rig />\n");
 }
 
-// ---------------------------------------------------------------------------
-// readSymbolConfigurationData
-
 TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   int start = 0, stop = 0, depth = 0;
-  std::list<TPartitionData> partitions{{"kept", "", "", ""}};
+  std::list<TPartitionData> read{{"kept", "", "", ""}};
   writeFile(file("symbol_data.xml"),
             "<rig><symbol_data><common start='1' stop='2' depth='3'/><partition_data>"
             "<partition name='p' rename='P' file='f' id='i'/><partition name='q'/></partition_data>"
             "</symbol_data></rig>");
-  ASSERT_TRUE(readConfig(start, stop, depth, &partitions));
+  ASSERT_TRUE(readConfig(start, stop, depth, &read));
   EXPECT_EQ(std::make_tuple(start, stop, depth), std::make_tuple(1, 2, 3));
-  ASSERT_EQ(partitions.size(), 3u);
-  EXPECT_EQ(std::next(partitions.begin())->rename, "P");
-  EXPECT_EQ(partitions.back().name, "q");
+  EXPECT_EQ(partitions(read), (TLines{"kept|||", "p|P|f|i", "q|||"}));
   EXPECT_TRUE(readConfig(start, stop, depth));
   EXPECT_TRUE(host.records().empty());
-
   const std::string missing = file("none.xml").string();
   EXPECT_FALSE(readConfig(start, stop, depth, nullptr, "none.xml"));
   const std::string noFile = "Loading symbols configuration file: symbol data file does not exist: " + missing;
@@ -303,21 +271,19 @@ TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   EXPECT_TRUE(host.logged("component", "ERROR",
                           "Loading symbols configuration file: cannot parse file: " + file("bad.xml").string()));
   host.clearRecords();
-
   // No common: three errors of the file class, then the refusal.
   writeFile(file("symbol_data.xml"),
             "<rig><symbol_data><partition_data><partition name='p'/></partition_data></symbol_data></rig>");
-  partitions.clear();
-  EXPECT_FALSE(readConfig(start, stop, depth, &partitions));
+  read.clear();
+  EXPECT_FALSE(readConfig(start, stop, depth, &read));
   EXPECT_EQ(std::make_tuple(start, stop, depth), std::make_tuple(-1, -1, -1));
-  EXPECT_EQ(partitions.size(), 1u);
+  EXPECT_EQ(partitions(read), TLines{"p|||"});
   const std::string refusal = "Reading symbol configuration data: invalid content of file, or file is incomplete: " +
                               file("symbol_data.xml").string();
   const std::string noCommon = "Not found symbol data 'common' node.";
   EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{noCommon, noCommon, noCommon, refusal}));
   EXPECT_EQ(host.texts("component", "ERROR"), TLines{refusal});
   host.clearRecords();
-
   host.clearService("get wdir");
   EXPECT_FALSE(readConfig(start, stop, depth));
   EXPECT_EQ(host.lines(), TLines{"translation ERROR Working directory has not been set."});

@@ -7,6 +7,8 @@
 #include "support/fake_host.hpp"
 
 using namespace vlttest;
+using namespace NComponent;
+using namespace NVlt2HrwHelpers;
 namespace fs = boost::filesystem;
 
 namespace {
@@ -14,22 +16,19 @@ namespace {
 struct GeometryTest : StartedHostTest {};
 
 TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
-  EXPECT_EQ(NComponent::GetLibraryUnit(), "");
-  EXPECT_EQ(host.lines(), (std::vector<std::string>{
-                              "component DEBUG Getting library unit", "translation WARN Library unit was not set.",
-                              "component WARN Library unit was not set.",
-                              "translation DEBUG Unit was set to: ", "component DEBUG Unit was set to: "}));
+  EXPECT_EQ(GetLibraryUnit(), "");
+  EXPECT_EQ(host.lines(), (TLines{"component DEBUG Getting library unit", "translation WARN Library unit was not set.",
+                                  "component WARN Library unit was not set.",
+                                  "translation DEBUG Unit was set to: ", "component DEBUG Unit was set to: "}));
   host.clearRecords();
-  NComponent::SetLibraryUnit(" mm ");
+  SetLibraryUnit(" mm ");
   EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
-  EXPECT_EQ(host.lines("component"),
-            (std::vector<std::string>{"DEBUG Setting library unit", "DEBUG Unit was set to:  mm "}));
-  EXPECT_EQ(NComponent::GetLibraryUnit(), " mm ");
+  EXPECT_EQ(host.lines("component"), (TLines{"DEBUG Setting library unit", "DEBUG Unit was set to:  mm "}));
+  EXPECT_EQ(GetLibraryUnit(), " mm ");
   EXPECT_TRUE(host.texts("translation", "WARN").empty());
-
   host.clearService("get wdir");
-  EXPECT_EQ(NComponent::GetLibraryUnit(), "");
-  NComponent::SetLibraryUnit("inch");
+  EXPECT_EQ(GetLibraryUnit(), "");
+  SetLibraryUnit("inch");
   EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
 }
 
@@ -40,39 +39,33 @@ TEST_F(GeometryTest, GeometryPathIsSetOrCleared) {
   writeFile(lib / "vlt_library_definition.library_definition",
             "released \"WITH\" {\n  G $L/cells -qrn_geom }\nreleased \"WITHOUT\" {\n  C $L/cells -qrn_component }\n");
   host.setLibrary(lib.string());
-
-  EXPECT_TRUE(NComponent::obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_TRUE(obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], lib.string() + "/cells");
   EXPECT_EQ(host.lines("translation"),
-            (std::vector<std::string>{
-                "DEBUG Obtaining VLT library geometry path",
-                "INFO Obtaining geoms data: " + lib.string() + "/vlt_library_definition.library_definition",
-                "DEBUG Obtaining VLT library geometry path: path has been set to: " + lib.string() + "/cells"}));
-
+            (TLines{"DEBUG Obtaining VLT library geometry path",
+                    "INFO Obtaining geoms data: " + lib.string() + "/vlt_library_definition.library_definition",
+                    "DEBUG Obtaining VLT library geometry path: path has been set to: " + lib.string() + "/cells"}));
   host.clearRecords();
-  EXPECT_FALSE(NComponent::obtainVltGeomPath("WITHOUT", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_FALSE(obtainVltGeomPath("WITHOUT", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], "");
   EXPECT_TRUE(host.logged("component", "ERROR", "Obtaining VLT library geometry path: path does not exist at: "));
-
   host.parameters()["geom path"] = "stale";
   host.clearService("get library location");
-  EXPECT_FALSE(NComponent::obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
+  EXPECT_FALSE(obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], "stale");
 }
 
-TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirst) {
+TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExistingRoot) {
   const fs::path root = tmp.path() / "geoms";
   for (const char* dir : {"smd/ic/fine", "tht/dip", "mechanical"}) fs::create_directories(root / dir);
   writeFile(root / "smd/ic/so8.cell", "CELL so8\n");
   writeFile(root / "top.cell", "CELL top\n");
-
   std::list<std::string> containers{"kept"};
-  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, root));
+  ASSERT_TRUE(buildGeometryContainerList(containers, root));
   ASSERT_EQ(containers.size(), 7u);
   EXPECT_EQ(containers.front(), "kept");
   containers.pop_front();
-  // Siblings come in directory order; every directory stands before what
-  // lies in it.
+  // Siblings come in directory order; every directory stands before its contents.
   auto position = [&](const std::string& name) {
     auto found = std::find(containers.begin(), containers.end(), name);
     EXPECT_NE(found, containers.end()) << name;
@@ -82,27 +75,23 @@ TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirst) {
   EXPECT_LT(position("smd/ic"), position("smd/ic/fine"));
   EXPECT_LT(position("tht"), position("tht/dip"));
   position("mechanical");
-  EXPECT_EQ(host.lines("translation"), (std::vector<std::string>{"DEBUG Building list of geometry containers"}));
-}
-
-TEST_F(GeometryTest, ContainerListOfAnEmptyOrMissingRoot) {
-  std::list<std::string> containers;
-  EXPECT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, tmp.path()));
+  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Building list of geometry containers"}));
+  // An empty root gives no containers, a missing one fails.
+  containers.clear();
+  fs::create_directories(tmp.path() / "empty");
+  EXPECT_TRUE(buildGeometryContainerList(containers, tmp.path() / "empty"));
   EXPECT_TRUE(containers.empty());
-  EXPECT_FALSE(NVlt2HrwHelpers::buildGeometryContainerList(containers, tmp.path() / "none"));
+  EXPECT_FALSE(buildGeometryContainerList(containers, tmp.path() / "none"));
   EXPECT_TRUE(host.logged("translation", "ERROR", "Geometry base directory does not exist: " + tmp.str() + "/none"));
-}
-
-TEST_F(GeometryTest, RootOrDirectoryThatNeedsQuotesGivesPlainNames) {
-  const fs::path root = tmp.path() / "geo $ms";
-  fs::create_directories(root / "sub");
-  std::list<std::string> containers;
-  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, root));
+  // A root or directory that needs quotes gives plain names.
+  const fs::path quoted = tmp.path() / "geo $ms";
+  fs::create_directories(quoted / "sub");
+  ASSERT_TRUE(buildGeometryContainerList(containers, quoted));
   EXPECT_EQ(containers, (std::list<std::string>{"sub"}));
   const fs::path plain = tmp.path() / "plain";
   fs::create_directories(plain / "fine pitch");
   containers.clear();
-  ASSERT_TRUE(NVlt2HrwHelpers::buildGeometryContainerList(containers, plain));
+  ASSERT_TRUE(buildGeometryContainerList(containers, plain));
   EXPECT_EQ(containers, (std::list<std::string>{"fine pitch"}));
 }
 

@@ -1,5 +1,4 @@
-// The parts database steps: qrn.caf, the generator's command line and run,
-// the import, the report and the value catalog lists.
+// The parts database steps: qrn.caf, the generator, the import, the report, the value lists.
 
 #include <gtest/gtest.h>
 
@@ -27,12 +26,14 @@ std::string tlx2partsdbCommandLine(const fs::path& input, const std::string& pdb
 }  // namespace NPdb
 }  // namespace NComponent
 
+using namespace NComponent;
+using namespace NComponent::NPdb;
+
 namespace {
 
 const char kRule[] = "-------------------------------------------------------------------------------\n";
 
-// A working directory with the parts database step's directories, and a
-// fake generator in a bin directory of its own.
+// A working directory and a bin directory for a fake generator.
 struct PdbTest : WorkDirHostTest {
   fs::path bin = tmp.path() / "bin";
 
@@ -41,7 +42,6 @@ struct PdbTest : WorkDirHostTest {
     fs::create_directories(bin);
     host.setService("get rig install bin", bin.string());
   }
-
   // A generator that records its directory and arguments, then runs `body`.
   void fakeGenerator(const std::string& body) {
     const fs::path tool = bin / "qrn2pdb.exe";
@@ -58,7 +58,7 @@ TEST_F(PdbTest, QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock) {
             "<rig><catalog_data><data_map><property_map>"
             "<property qrn='Q\"x' pdb='A &amp; B'/><property qrn='KEEP' pdb=''/>"
             "</property_map></data_map></catalog_data></rig>");
-  ASSERT_TRUE(NComponent::generateQrnCaf(map.string()));
+  ASSERT_TRUE(generateQrnCaf(map.string()));
   const std::string head =
       ".FILETYPE PROPTRANS                  ! File type\n.VERSION \"1.0\"                    ! File Version\n"
       ".DATE \" Mar 19, 1997\"\n.CREATOR   \"Olvanta, Inc.\"\n\n";
@@ -70,42 +70,24 @@ TEST_F(PdbTest, QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock) {
                 " .PROP   \"KEEP\"  \"\"\n   ..PASS   forward\n   ..PDB    no\n" + hints + "\n");
   EXPECT_TRUE(host.logged("component", "WARN",
                           "Generating qrn.caf: following soft prefix does not contain corresponding value: $EMPTY"));
-
   writeFile(map, "# nothing\n");
   writeFile(config / "catalog_data_mapping.xml",
             "<rig><catalog_data><data_map><property_map/></data_map></catalog_data></rig>");
-  ASSERT_TRUE(NComponent::generateQrnCaf(map.string()));
+  ASSERT_TRUE(generateQrnCaf(map.string()));
   EXPECT_EQ(readFile(config / "qrn.caf"), head + "\n\n");
-
   fs::remove_all(catalogs);
-  EXPECT_FALSE(NComponent::generateQrnCaf(map.string()));
+  EXPECT_FALSE(generateQrnCaf(map.string()));
   EXPECT_TRUE(host.logged("translation", "ERROR",
                           "Generating qrn.caf: neutral catalogs directory does not exist:" + catalogs.string()));
 }
 
-TEST_F(PdbTest, GeneratorOptionsAndCommandLine) {
-  using NComponent::NPdb::qrn2pdbOptions;
-  EXPECT_EQ(qrn2pdbOptions("", "none"), "-z -x -o");
-  EXPECT_EQ(qrn2pdbOptions("  -g -q ", " lower\t"), "-z -x -o -g -q -a");
-  EXPECT_EQ(qrn2pdbOptions("\n", "upper"), "-z -x -o -b");
-  EXPECT_EQ(qrn2pdbOptions("", "Upper"), "-z -x -o");
-
-  NComponent::NPdb::TQrn2pdbFiles files{
-      "/opt/rig bin/qrn2pdb.exe", "/w/n/symbol_lists",          "/w/c/qrn.caf",    "/w/n/symbols_2", "/w/L/Library.zpc",
-      "/w/l/rejected_parts.caf",  "/w/c/symbol_partitions.caf", "/w/L/Library.zpc"};
-  EXPECT_EQ(NComponent::NPdb::qrn2pdbCommandLine(files, "-z -x -o", "/w/n/c/a b_neut.tlx", "/w/n/c/a b.tlx", 2),
-            "cmd /c \"\"\\opt\\rig bin\\qrn2pdb.exe\" -z -x -o -m /w/n/symbol_lists /w/c/qrn.caf /w/n/c/a b_neut.tlx "
-            "/w/n/c/a b.tlx 2 0 dummy dummy /w/n/symbols_2 /w/L/Library.zpc dummy /w/l/rejected_parts.caf "
-            "/w/c/symbol_partitions.caf /w/L/Library.zpc\"");
-}
-
-TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryAndKeepsItsLogPerCatalog) {
+TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsOptions) {
   fakeGenerator("echo \"Warning: $8\" > qrn2pdb.txt\nexit 5");
   writeFile(config / "catalog.list", " a \nmissing\n");
   writeFile(catalogs / "a_neut.tlx", "");
   writeFile(config / "symbol_data.xml", "<rig><symbol_data><common start='1' stop='1'/></symbol_data></rig>");
   const fs::path before = fs::current_path();
-  ASSERT_TRUE(NComponent::runQrn2pdb(""));
+  ASSERT_TRUE(runQrn2pdb(""));
   EXPECT_EQ(fs::current_path(), before);
   EXPECT_EQ(readFile(bin / "qrn2pdb.exe.cwd"), fs::canonical(log).string() + "\n");
   const fs::path n = wdir / "neutral";
@@ -122,57 +104,60 @@ TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryAndKeepsItsLogPerCatalog) {
   EXPECT_TRUE(host.logged("component", "WARN",
                           "Running qrn2pdb tool: neutral data have not been saved for the following catalog: missing"));
   EXPECT_FALSE(fs::exists(log / "qrn2pdb_logs" / "qrn2pdb_missing.log"));
-
   // A tool that writes no log: the old one is copied all the same.
   fakeGenerator("exit 0");
   writeFile(log / "qrn2pdb.txt", "old\n");
-  ASSERT_TRUE(NComponent::runQrn2pdb(""));
+  ASSERT_TRUE(runQrn2pdb(""));
   EXPECT_EQ(readFile(log / "qrn2pdb_logs" / "qrn2pdb_a.log"), "old\n");
-}
-
-TEST_F(PdbTest, PinListOptionNeedsTheListAndExcludesGeometry) {
-  fakeGenerator("exit 0");
+  // The pin list option needs the list and excludes the geometry option.
+  fs::remove(bin / "qrn2pdb.exe.args");
+  fs::remove(config / "symbol_data.xml");
   writeFile(config / "catalog.list", "a\n");
-  writeFile(catalogs / "a_neut.tlx", "");
-  ASSERT_TRUE(NComponent::runQrn2pdb("-p"));
+  ASSERT_TRUE(runQrn2pdb("-p"));
   EXPECT_TRUE(host.logged(
       "component", "ERROR",
       "Running qrn2pdb tool: unable to locate the geometry pin list file: " + (config / "geomPinList.caf").string()));
   EXPECT_FALSE(fs::exists(bin / "qrn2pdb.exe.args"));
-  EXPECT_TRUE(fs::exists(log / "qrn2pdb_logs"));
-
   writeFile(config / "geomPinList.caf", "");
-  ASSERT_TRUE(NComponent::runQrn2pdb("-p"));
+  ASSERT_TRUE(runQrn2pdb("-p"));
   EXPECT_NE(args().find("symbols_0 " + (config / "geomPinList.caf").string() + " dummy "), std::string::npos);
   EXPECT_EQ(args().substr(args().size() - 7), " dummy\n");
-
   fs::remove(bin / "qrn2pdb.exe.args");
-  ASSERT_TRUE(NComponent::runQrn2pdb("-g -p"));
+  ASSERT_TRUE(runQrn2pdb("-g -p"));
   EXPECT_TRUE(host.logged("component", "ERROR",
                           "Running qrn2pdb tool: -p and -g options specified, which is not allowed, so following "
                           "catalog will not be processed: a"));
   EXPECT_FALSE(fs::exists(bin / "qrn2pdb.exe.args"));
-
   fs::remove_all(log / "qrn2pdb_logs");
   writeFile(log / "qrn2pdb_logs", "in the way");
-  EXPECT_FALSE(NComponent::runQrn2pdb(""));
+  EXPECT_FALSE(runQrn2pdb(""));
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Running qrn2pdb tool: cannot create log directory for qrn2pdb logs:" + (log / "qrn2pdb_logs").string()));
 }
 
-TEST_F(PdbTest, ImportNamesTheDatabaseAndFindsTheToolOnThePath) {
-  EXPECT_EQ(NComponent::NPdb::pdbName("sub/x.y"), "sub_x_y");
-  EXPECT_EQ(NComponent::NPdb::tlx2partsdbCommandLine("/n/a b.tlx", "a b", "/l/t.log", "/L/Library.zpc"),
+TEST_F(PdbTest, ToolCommandLinesAndTheImportFindsItsToolOnThePath) {
+  EXPECT_EQ(qrn2pdbOptions("", "none"), "-z -x -o");
+  EXPECT_EQ(qrn2pdbOptions("  -g -q ", " lower\t"), "-z -x -o -g -q -a");
+  EXPECT_EQ(qrn2pdbOptions("\n", "upper"), "-z -x -o -b");
+  EXPECT_EQ(qrn2pdbOptions("", "Upper"), "-z -x -o");
+  TQrn2pdbFiles files{
+      "/opt/rig bin/qrn2pdb.exe", "/w/n/symbol_lists",          "/w/c/qrn.caf",    "/w/n/symbols_2", "/w/L/Library.zpc",
+      "/w/l/rejected_parts.caf",  "/w/c/symbol_partitions.caf", "/w/L/Library.zpc"};
+  EXPECT_EQ(qrn2pdbCommandLine(files, "-z -x -o", "/w/n/c/a b_neut.tlx", "/w/n/c/a b.tlx", 2),
+            "cmd /c \"\"\\opt\\rig bin\\qrn2pdb.exe\" -z -x -o -m /w/n/symbol_lists /w/c/qrn.caf /w/n/c/a b_neut.tlx "
+            "/w/n/c/a b.tlx 2 0 dummy dummy /w/n/symbols_2 /w/L/Library.zpc dummy /w/l/rejected_parts.caf "
+            "/w/c/symbol_partitions.caf /w/L/Library.zpc\"");
+  EXPECT_EQ(pdbName("sub/x.y"), "sub_x_y");
+  EXPECT_EQ(tlx2partsdbCommandLine("/n/a b.tlx", "a b", "/l/t.log", "/L/Library.zpc"),
             "cmd /c tlx2partsdb -w -i /n/a b.tlx -o a b.pdb -l /l/t.log -c /L/Library.zpc");
-
   host.setService("get rig install bin", VLT_TOOLS_DIR);
   fs::create_directories(wdir / "Library");
   writeFile(wdir / "Library" / "Library.zpc", "*ZPC_INDEX 1\n");
   writeFile(config / "catalog.list", "x.y\nnone\n");
   writeFile(catalogs / "x.y.tlx", ".PDB_CATALOG \"x.y\"\n.PDB_PART \"P1\"\n..PDB_CELL \"c\"\n");
   writeFile(log / "tlx2partsdb.log", "earlier run\n");
-  ASSERT_TRUE(NComponent::importPdbToZpc());
+  ASSERT_TRUE(importPdbToZpc());
   EXPECT_EQ(readFile(wdir / "Library" / "PartsDBLibs" / "x_y" / "x_y.pdb"),
             "*PARTS_DB 1\n*NAME x_y\n*SOURCE " + (catalogs / "x.y.tlx").string() +
                 "\n*PART P1 cells=1 symbols=0 properties=0\n*END 1\n");
@@ -182,9 +167,8 @@ TEST_F(PdbTest, ImportNamesTheDatabaseAndFindsTheToolOnThePath) {
   EXPECT_TRUE(
       host.logged("component", "ERROR",
                   "Importing PDB to ZPC: following PDB TLX does not exist:" + (catalogs / "none.tlx").string()));
-
   writeFile(catalogs / "x.y.tlx", "..damaged\n");
-  ASSERT_TRUE(NComponent::importPdbToZpc());
+  ASSERT_TRUE(importPdbToZpc());
   EXPECT_TRUE(host.logged(
       "component", "WARN",
       "tlx2partsdb found problem(s) during importing PDB: " + (catalogs / "x.y.tlx").string() + ". Returned code: 3"));
@@ -197,16 +181,15 @@ TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
   writeFile(catalogs / "c.tlx", "");
   writeFile(log / "qrn2pdb_logs" / "qrn2pdb_a.log", "Error: e1\nWarning:\nqrn2pdb: summary\n warning x\n");
   writeFile(log / "qrn2pdb_logs" / "qrn2pdb_c.log", "");
-  ASSERT_TRUE(NComponent::verifyQrn2pdb());
+  ASSERT_TRUE(verifyQrn2pdb());
   EXPECT_EQ(readFile(log / "reports" / "verify_pdb.txt"),
             std::string(kRule) + " Problems related due to absence of files produced by qrn2pdb\n" + kRule +
                 "ERROR: neutral PDB TLX file does not exist for the following catalog: b\n"
                 "ERROR:  cannot read the log file produced by qrn2pdb tool: " +
                 (log / "qrn2pdb_logs" / "qrn2pdb_b.log").string() + "\n" + kRule + " Problems found by qrn2pdb\n" +
                 kRule + "--- Catalog: a\nError: e1\n warning x\n--- Catalog: c\n");
-
   fs::remove_all(log / "reports");
-  EXPECT_FALSE(NComponent::verifyQrn2pdb());
+  EXPECT_FALSE(verifyQrn2pdb());
   EXPECT_TRUE(host.logged(
       "translation", "ERROR",
       "Verifying qrn2pdb data: cannot open report file for writing: " + (log / "reports" / "verify_pdb.txt").string()));
@@ -214,31 +197,29 @@ TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
 
 TEST_F(PdbTest, ValueListsCarryOneListEachInFileOrder) {
   const fs::path file = config / "catalog_val_prop.xml";
-  EXPECT_FALSE(NComponent::saveValueCatalogList(""));
+  EXPECT_FALSE(saveValueCatalogList(""));
   EXPECT_TRUE(host.logged("component", "ERROR", "Saving value catalog list: unknown RID has been passed."));
-  EXPECT_EQ(NComponent::getValuePropertyList(), "");
+  EXPECT_EQ(getValuePropertyList(), "");
   EXPECT_TRUE(host.logged(
       "component", "ERROR",
       "Obtaining value property list: cannot obtain path to catalog value property file: " + file.string()));
-
   writeFile(file,
             "<rig><catalog_data><value_property_mapping><catalog_list><catalog name='z'/><catalog name='a'/>"
             "</catalog_list><ql_property_list><ql_property name='VALUE'/></ql_property_list>"
             "</value_property_mapping></catalog_data></rig>");
-  std::string rid = NComponent::new1DList();
-  NComponent::addItemTo1DList(rid, "TOL");
-  NComponent::addItemTo1DList(rid, "VALUE");
-  ASSERT_TRUE(NComponent::saveValuePropertyList(rid));
-  ::removeList(rid);
-  rid = NComponent::getValuePropertyList();
+  std::string rid = new1DList();
+  addItemTo1DList(rid, "TOL");
+  addItemTo1DList(rid, "VALUE");
+  ASSERT_TRUE(saveValuePropertyList(rid));
+  removeList(rid);
+  rid = getValuePropertyList();
   EXPECT_EQ(list1D(rid), (TLines{"TOL", "VALUE"}));
-  ::removeList(rid);
-  rid = NComponent::getValueCatalogList();
+  removeList(rid);
+  rid = getValueCatalogList();
   EXPECT_EQ(list1D(rid), (TLines{"z", "a"}));
-  ::removeList(rid);
-
+  removeList(rid);
   const std::string before = readFile(file);
-  EXPECT_FALSE(NComponent::saveValuePropertyList("no such list"));
+  EXPECT_FALSE(saveValuePropertyList("no such list"));
   EXPECT_TRUE(host.logged("component", "ERROR", "Saving value catalog property list: unknown RID has been passed."));
   EXPECT_EQ(readFile(file), before);
 }

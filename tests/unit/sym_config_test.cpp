@@ -17,12 +17,10 @@ struct SymConfigTest : StartedHostTest {
   log4cxx::LoggerPtr translation, component;
   void SetUp() override {
     StartedHostTest::SetUp();
-    // Two distinct loggers: the host's translation sink and its init sink
-    // stand in for the translation and component loggers.
+    // The host's init sink stands in for the component logger.
     translation = NComponent::getTranslationLogger(*NComponent::gComponent);
     component = NComponent::getInitializationLogger(*NComponent::gComponent);
   }
-
   NComponent::TSinks sinks() const { return {translation, component}; }
   std::string file(const std::string& name) { return (tmp.path() / name).string(); }
   SymXltConfigManager readXlt(const std::string& text) {
@@ -54,10 +52,7 @@ struct SymConfigTest : StartedHostTest {
   }
 };
 
-// ---------------------------------------------------------------------------
-// SymXlt configuration
-
-TEST_F(SymConfigTest, XltReaderSectionsAndEntries) {
+TEST_F(SymConfigTest, XltReaderSectionsEntriesAndRoundTrip) {
   SymXltConfigManager manager = readXlt(
       "junk before=any\n   [X]   \na=b=c\na=\n=b\n[X] y\n[X] y=z\n; comment\n# c=d\n\n  k = v  \n[]\n"
       "[ DESIGN SCALING ]\nScale=2\n");
@@ -76,15 +71,13 @@ TEST_F(SymConfigTest, XltReaderSectionsAndEntries) {
                                 {"WARN", improper + "6"},
                                 {"WARN", improper + "8"},
                                 {"WARN", improper + "12"}}));
-}
 
-TEST_F(SymConfigTest, XltRoundTripKeepsTrailingBlanksAndOnlyTheFirstOfRepeatedSectionsIsReached) {
+  // A round trip keeps trailing blanks; only the first of repeated sections is reached.
   const std::string text = "[PACKAGE ATTRIBUTES]\nREF=REFDES  \nVALUE=\t\n\n[DESIGN SCALING]\nScale=1\n\n";
-  SymXltConfigManager manager = readXlt(text);
-  ASSERT_TRUE(writeXlt(manager, "out.cfg"));
+  SymXltConfigManager kept = readXlt(text);
+  ASSERT_TRUE(writeXlt(kept, "out.cfg"));
   EXPECT_EQ(readFile(file("out.cfg")), text);
-  EXPECT_EQ(manager.findSection("[PACKAGE ATTRIBUTES]")->entries.front().second, "REFDES  ");
-
+  EXPECT_EQ(kept.findSection("[PACKAGE ATTRIBUTES]")->entries.front().second, "REFDES  ");
   SymXltConfigManager repeated = readXlt("[A]\nk=1\n[B]\n[A]\nk=2\n");
   repeated.setEntry(repeated.findSection("[A]"), "k", "3");
   repeated.setEntry(repeated.findSection("[A]"), "new", "4");
@@ -93,26 +86,6 @@ TEST_F(SymConfigTest, XltRoundTripKeepsTrailingBlanksAndOnlyTheFirstOfRepeatedSe
   EXPECT_EQ(dump(repeated), "[A]\n  <k> = <3>\n  <new> = <4>\n[B]\n[A]\n  <k> = <2>\n");
   ASSERT_TRUE(repeated.read(file("x.cfg"), sinks()));
   EXPECT_EQ(repeated.sections().size(), 6u) << "reading again appends";
-}
-
-TEST_F(SymConfigTest, XltFileFailuresAndEmptyWrite) {
-  SymXltConfigManager manager;
-  EXPECT_FALSE(manager.read(file("none.cfg"), sinks()));
-  EXPECT_EQ(host.lines(),
-            both({{"DEBUG", "Reading SymXlt configuration file: " + file("none.cfg")},
-                  {"ERROR", "Reading SymXlt configuration file: cannot open file for reading: " + file("none.cfg")}}));
-  host.clearRecords();
-  EXPECT_FALSE(writeXlt(manager, "no/out.cfg"));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"Writing SymXlt configuration file:  cannot open file for writing: " + file("no/out.cfg")});
-  host.clearRecords();
-  writeFile(file("old.cfg"), "[A]\n");
-  EXPECT_TRUE(writeXlt(manager, "old.cfg"));
-  EXPECT_EQ(readFile(file("old.cfg")), "");
-  EXPECT_EQ(
-      host.lines(),
-      both({{"DEBUG", "Writing SymXlt configuration file: " + file("old.cfg")},
-            {"WARN", "Writing SymXlt configuration file:  no data, so the file will be empty: " + file("old.cfg")}}));
 }
 
 TEST_F(SymConfigTest, FillingFromAMappingUsesTheKnownTablesAndTheFittingScale) {
@@ -144,9 +117,6 @@ TEST_F(SymConfigTest, FillingFromAMappingUsesTheKnownTablesAndTheFittingScale) {
   EXPECT_TRUE(bare.sections().empty());
 }
 
-// ---------------------------------------------------------------------------
-// Symbol name map
-
 TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecord) {
   writeFile(file("map.txt"),
             "  /lib/a/x\tpart with blanks\tT_X  \n\n/lib/b\tp\n/lib/c\tp\tT_C\textra\tmore\n"
@@ -161,7 +131,6 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
       both({{"DEBUG", "Reading symbol name mapping file: " + file("map.txt")},
             {"WARN", reading + "not enough data, so will be skipped: /lib/b\tp"},
             {"WARN", reading + "some extra data. This extra data will be skipped: /lib/c\tp\tT_C\textra\tmore"}}));
-
   map.setRecord("/lib/c", "new", "N");
   map.setRecord("/z", "p", "Z");
   ASSERT_TRUE(map.write(file("out.txt"), sinks(), "\t"));
@@ -175,7 +144,25 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
   EXPECT_EQ(dump(dots), dump(map));
 }
 
-TEST_F(SymConfigTest, NameMapFailuresAndEmptyWrite) {
+TEST_F(SymConfigTest, FileFailuresAndEmptyWritesOfBothFiles) {
+  SymXltConfigManager manager;
+  EXPECT_FALSE(manager.read(file("none.cfg"), sinks()));
+  EXPECT_EQ(host.lines(),
+            both({{"DEBUG", "Reading SymXlt configuration file: " + file("none.cfg")},
+                  {"ERROR", "Reading SymXlt configuration file: cannot open file for reading: " + file("none.cfg")}}));
+  host.clearRecords();
+  EXPECT_FALSE(writeXlt(manager, "no/out.cfg"));
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            TLines{"Writing SymXlt configuration file:  cannot open file for writing: " + file("no/out.cfg")});
+  host.clearRecords();
+  writeFile(file("old.cfg"), "[A]\n");
+  EXPECT_TRUE(writeXlt(manager, "old.cfg"));
+  EXPECT_EQ(readFile(file("old.cfg")), "");
+  EXPECT_EQ(
+      host.lines(),
+      both({{"DEBUG", "Writing SymXlt configuration file: " + file("old.cfg")},
+            {"WARN", "Writing SymXlt configuration file:  no data, so the file will be empty: " + file("old.cfg")}}));
+  host.clearRecords();
   SymNameMapManager map;
   EXPECT_FALSE(map.read(file("none.txt"), sinks(), "\t"));
   EXPECT_TRUE(host.logged("init", "ERROR",

@@ -1,6 +1,4 @@
-// convert_symbols through recording stand-ins of the symbol tool and the
-// library update tool: the per-symbol configuration, the script, the tool
-// lines, the name map, the rejected list and the failure paths.
+// convert_symbols through recording stand-ins of the symbol tool and the library update tool.
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -23,15 +21,6 @@ const std::string kMapping =
     "<body_properties><property sk='REF' td='Ref Designator'/><property sk='VALUE' td='Val'/></body_properties>"
     "<pin_properties><property sk='PIN_NO' td='Pin Number'/></pin_properties>"
     "<pin_types><type sk='IN' td='INPUT'/></pin_types></data_map></symbol_data></rig>";
-
-TEST(ConvertSymbolNames, TargetNameAndUpdateToolLine) {
-  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/x.y", "a.b", 1), "x_y_a_b");
-  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/d/x", "a", 2), "d_x_a");
-  EXPECT_EQ(
-      NComponent::NSymbol::tdlib2zpcCommandLine("/k h/lm/win32/bin/tdlib2zpc.exe", "/w=d/Library", "P", "/w=d/log"),
-      "cmd /c \"\"\\k h\\lm\\win32\\bin\\tdlib2zpc.exe\" -CentralLib=/w=d/Library/Library.zpc -Partition=P "
-      "-LogFile=\"\\w=d\\log\\tdlib2zpc.log\" >> \"\\w=d\\log\\symbol_converter.log\" 2>&1\"");
-}
 
 struct ConvertSymbolsTest : WorkDirHostTest {
   fs::path library = wdir / "Library", bin = tmp.path() / "bin", rec = tmp.path() / "rec",
@@ -132,7 +121,13 @@ TEST_F(ConvertSymbolsTest, NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsN
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), "");
 }
 
-TEST_F(ConvertSymbolsTest, SetUpFailuresAndAnEmptyRun) {
+TEST_F(ConvertSymbolsTest, TargetNameUpdateToolLineSetUpFailuresAndAnEmptyRun) {
+  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/x.y", "a.b", 1), "x_y_a_b");
+  EXPECT_EQ(NComponent::NSymbol::targetSymbolName("/lib/d/x", "a", 2), "d_x_a");
+  EXPECT_EQ(
+      NComponent::NSymbol::tdlib2zpcCommandLine("/k h/lm/win32/bin/tdlib2zpc.exe", "/w=d/Library", "P", "/w=d/log"),
+      "cmd /c \"\"\\k h\\lm\\win32\\bin\\tdlib2zpc.exe\" -CentralLib=/w=d/Library/Library.zpc -Partition=P "
+      "-LogFile=\"\\w=d\\log\\tdlib2zpc.log\" >> \"\\w=d\\log\\symbol_converter.log\" 2>&1\"");
   fs::remove(neutral / "symbol_lists" / "P.sym_list.caf");
   ASSERT_TRUE(NComponent::convertSymbols("map"));
   EXPECT_EQ(readFile(library / "TranslationData" / "symname_map.txt"), "");

@@ -1,5 +1,4 @@
-// The list of symbols to translate: the walk of the component tree, the
-// merge of the catalogs' lists, and the path depth search and its report.
+// The list of symbols to translate, and the path depth search and its report.
 
 #include <gtest/gtest.h>
 
@@ -21,12 +20,6 @@ TLines paths(const CSymbolList& list) {
   TLines result;
   for (const auto& item : list) result.push_back(item.getPath());
   return result;
-}
-
-CSymbolList listOf(std::initializer_list<const char*> symbolPaths) {
-  CSymbolList list;
-  list.assign(TLines(symbolPaths.begin(), symbolPaths.end()));
-  return list;
 }
 
 struct SymbolListTest : StartedHostTest {
@@ -57,31 +50,30 @@ struct SymbolListTest : StartedHostTest {
   bool build(CSymbolList& list) { return NVlt2HrwHelpers::buildSymbolListAux(list, "L", map, lib.string()); }
 };
 
-TEST_F(SymbolListTest, WalkFoldsVersionsSkipsLookAlikesAndReplacesTheMergedList) {
+TEST_F(SymbolListTest, WalkFoldsVersionsSkipsLookAlikesAndCatalogModeMergesTheCatalogs) {
   CSymbolList list;
   ASSERT_TRUE(build(list));
   EXPECT_EQ(paths(list), (TLines{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
   EXPECT_EQ(list.begin()->root->children.size(), 0u);  // the catalog trees are gone
   EXPECT_TRUE(host.logged("translation", "WARN",
                           "Saving symbols configuration file: symbol list file not found for the catalog: none"));
-  // Without catalog.list the walk alone runs.
-  fs::remove(config / "catalog.list");
-  ASSERT_TRUE(build(list));
-  EXPECT_EQ(list.size(), 2u);
-}
-
-TEST_F(SymbolListTest, CatalogModeMergesTheCatalogsOfOneSymbol) {
+  // The catalog mode merges the catalogs of one symbol.
   host.parameters()["catalog symbols only"] = "1";
-  CSymbolList list;
-  ASSERT_TRUE(build(list));
-  EXPECT_EQ(paths(list), (TLines{(comps / "a/s").string(), "/x/y"}));
-  EXPECT_EQ(list.begin()->root->children.size(), 2u);
+  host.clearRecords();
+  CSymbolList merged;
+  ASSERT_TRUE(build(merged));
+  EXPECT_EQ(paths(merged), (TLines{(comps / "a/s").string(), "/x/y"}));
+  EXPECT_EQ(merged.begin()->root->children.size(), 2u);
   EXPECT_EQ(host.texts("component", "DEBUG").front(), "Building list of symbols referenced by catalogs");
   fs::remove(config / "catalog.list");
-  EXPECT_FALSE(build(list));
+  EXPECT_FALSE(build(merged));
   EXPECT_TRUE(
       host.logged("component", "ERROR",
                   "Building list of symbols: catalog list file does not exist: " + (config / "catalog.list").string()));
+  // Without catalog.list the walk alone runs.
+  host.parameters()["catalog symbols only"] = "0";
+  ASSERT_TRUE(build(list));
+  EXPECT_EQ(paths(list), (TLines{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
 }
 
 TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
@@ -104,32 +96,34 @@ TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
 }
 
 TEST(SymbolPathDepth, CollisionsPerDepthAndTheSearchEnd) {
-  std::list<TPathDepthRecord> records;
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/x", "/l/b/x"})), 1);
-  EXPECT_EQ(records.size(), 1u);
-  records.clear();
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/c/x", "/l/b/c/x", "/l/b/c/y"})), 2);
-  ASSERT_EQ(records.size(), 2u);
-  EXPECT_EQ(records.front().count, 1);
-  EXPECT_EQ(records.front().duplicates,
-            (std::set<std::pair<std::string, std::string>>{{"/l/a/c", "x"}, {"/l/b/c", "x"}}));
-  EXPECT_EQ(records.back().count, 0);
-  records.clear();
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/a/x", "/m/a/x", "/n/a/x"})), 2);
-  EXPECT_EQ(records.front().count, 2);
-  EXPECT_EQ(records.front().duplicates.size(), 3u);
-  // Without a separator "ab"+"c" and "a"+"bc" meet at every depth: the
-  // search ends at the longest directory (3 tokens).
-  records.clear();
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"/l/ab/c", "/l/a/bc"})), 3);
-  EXPECT_EQ(records.size(), 3u);
-  EXPECT_EQ(records.back().count, 1);
-  // A relative path that is the tail of another takes all its tokens.
-  records.clear();
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, listOf({"x/y/s", "/w/x/y/s"})), 3);
-  records.clear();
-  EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, CSymbolList()), 1);
-  EXPECT_EQ(records.size(), 1u);
+  using TDuplicates = std::set<std::pair<std::string, std::string>>;
+  struct TCase {
+    TLines paths;
+    int depth;
+    std::vector<int> counts;  // one record per depth tried
+    TDuplicates first;        // the duplicates at depth 1
+  };
+  // Without a separator "ab"+"c" and "a"+"bc" meet at every depth: the search
+  // ends at the longest directory (3 tokens). A relative path that is the
+  // tail of another takes all its tokens.
+  const std::vector<TCase> cases = {
+      {{"/l/a/x", "/l/b/x"}, 1, {0}, {}},
+      {{"/l/a/c/x", "/l/b/c/x", "/l/b/c/y"}, 2, {1, 0}, {{"/l/a/c", "x"}, {"/l/b/c", "x"}}},
+      {{"/l/a/x", "/m/a/x", "/n/a/x"}, 2, {2, 0}, {{"/l/a", "x"}, {"/m/a", "x"}, {"/n/a", "x"}}},
+      {{"/l/ab/c", "/l/a/bc"}, 3, {1, 1, 1}, {{"/l/ab", "c"}, {"/l/a", "bc"}}},
+      {{"x/y/s", "/w/x/y/s"}, 3, {1, 1, 0}, {{"x/y", "s"}, {"/w/x/y", "s"}}},
+      {{}, 1, {0}, {}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.paths));
+    CSymbolList list;
+    list.assign(c.paths);
+    std::list<TPathDepthRecord> records;
+    EXPECT_EQ(NVlt2HrwHelpers::findPathDepth(records, list), c.depth);
+    std::vector<int> counts;
+    for (const auto& record : records) counts.push_back(record.count);
+    EXPECT_EQ(counts, c.counts);
+    EXPECT_EQ(records.front().duplicates, c.first);
+  }
 }
 
 TEST_F(SymbolListTest, ReportShowsTheDeepestDepthFirst) {

@@ -1,5 +1,4 @@
-// The four tables of the default symbol mapping as list handles, with the
-// display names of the known properties.
+// The four tables of the default symbol mapping as list handles.
 
 #include <gtest/gtest.h>
 
@@ -9,16 +8,14 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
-using NComponent::find2D;
-using NComponent::TList2D;
+using namespace NComponent;
 
 namespace {
 
 struct SymbolMappingListTest : StartedHostTest {
-  fs::path file;
+  fs::path file = tmp.path() / "config" / "symbol_data_mapping.xml";
   void SetUp() override {
     StartedHostTest::SetUp();
-    file = tmp.path() / "config" / "symbol_data_mapping.xml";
     writeFile(file,
               "<rig><symbol_data><data_map id=\"other\"/><data_map id=\"default\">"
               "<scaling><pin_spacing val=\"100\" unit=\"mil\" factor=\"1\"/>"
@@ -30,43 +27,40 @@ struct SymbolMappingListTest : StartedHostTest {
   }
 };
 
-TEST_F(SymbolMappingListTest, DisplayNamesBothWaysAndSavesOnlyAddOrOverwrite) {
-  const std::string body = NComponent::getSymbolPropertyList();
+TEST_F(SymbolMappingListTest, DisplayNamesBothWaysSavesOnlyAddOrOverwriteAndBadFilesFail) {
+  const std::string body = getSymbolPropertyList();
   EXPECT_EQ(*find2D(body), (TList2D{{"REF", "Ref Designator"}, {"SP_HPPN", "Part Number"}, {"VALUE", "FOO"}}));
-  EXPECT_EQ(*find2D(NComponent::getSymbolPinPropertyList()), (TList2D{{"PIN_NO", "Pin Number"}}));
-  EXPECT_EQ(*find2D(NComponent::getSymbolPinTypeList()), (TList2D{{"in", "IN"}}));
-  EXPECT_EQ(*find2D(NComponent::getSymbolScalingList()), (TList2D{{"100", "MIL", "2"}, {"100", "mil", "1"}}));
-
+  EXPECT_EQ(*find2D(getSymbolPinPropertyList()), (TList2D{{"PIN_NO", "Pin Number"}}));
+  EXPECT_EQ(*find2D(getSymbolPinTypeList()), (TList2D{{"in", "IN"}}));
+  EXPECT_EQ(*find2D(getSymbolScalingList()), (TList2D{{"100", "MIL", "2"}, {"100", "mil", "1"}}));
   // A display name of another row does not translate; an empty target stays empty.
   find2D(body)->assign({{" REF ", "Ref Designator "}, {"FOO", "Part Number"}, {"", "x"}, {"VALUE", ""}});
-  ASSERT_TRUE(NComponent::saveSymbolPropertyList(body));
+  ASSERT_TRUE(saveSymbolPropertyList(body));
   const std::string text = readFile(file);
   for (const char* entry : {"td=\"REFDES\" sk=\"REF\"", "td=\"Part Number\" sk=\"FOO\"", "td=\"\" sk=\"VALUE\"",
                             "td=\"DEVICE\" sk=\"SP_HPPN\"", "td=\"#\" sk=\"PIN_NO\"", "<data_map id=\"other\""})
     EXPECT_NE(text.find(entry), std::string::npos) << entry;
-  const std::string scaling = NComponent::new2DList();
+  const std::string scaling = new2DList();
   find2D(scaling)->assign({{"", "", "3"}});
-  ASSERT_TRUE(NComponent::saveSymbolScalingList(scaling));
-  EXPECT_EQ(*find2D(NComponent::getSymbolScalingList()),
-            (TList2D{{"", "", "3"}, {"100", "MIL", "2"}, {"100", "mil", "1"}}));
+  ASSERT_TRUE(saveSymbolScalingList(scaling));
+  EXPECT_EQ(*find2D(getSymbolScalingList()), (TList2D{{"", "", "3"}, {"100", "MIL", "2"}, {"100", "mil", "1"}}));
   // An unknown RID saves nothing new but writes the file.
-  ASSERT_TRUE(NComponent::saveSymbolPinTypeList("nope"));
-  EXPECT_EQ(*find2D(NComponent::getSymbolPinTypeList()), (TList2D{{"in", "IN"}}));
+  ASSERT_TRUE(saveSymbolPinTypeList("nope"));
+  EXPECT_EQ(*find2D(getSymbolPinTypeList()), (TList2D{{"in", "IN"}}));
   EXPECT_TRUE(host.logged("component", "DEBUG", "Saving symbol type mapping data."));
-}
-
-TEST_F(SymbolMappingListTest, MissingOrDamagedFileAndMissingDefaultRecord) {
+  // A missing default record, a damaged file and a missing file.
+  host.clearRecords();
   writeFile(file, "<rig><symbol_data><data_map id=\"other\"/></symbol_data></rig>");
-  EXPECT_EQ(NComponent::getSymbolPinTypeList(), "");
-  EXPECT_FALSE(NComponent::saveSymbolScalingList(NComponent::new2DList()));
+  EXPECT_EQ(getSymbolPinTypeList(), "");
+  EXPECT_FALSE(saveSymbolScalingList(new2DList()));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             (TLines{"Obtaining symbol type mapping data: cannot obtain default entry from file: " + file.string(),
                     "Saving symbol scaling data: cannot obtain default entry from file: " + file.string()}));
   host.clearRecords();
   writeFile(file, "<rig><symbol_data>");
-  EXPECT_EQ(NComponent::getSymbolPropertyList(), "");
+  EXPECT_EQ(getSymbolPropertyList(), "");
   fs::remove(file);
-  EXPECT_FALSE(NComponent::saveSymbolPinPropertyList(NComponent::new2DList()));
+  EXPECT_FALSE(saveSymbolPinPropertyList(new2DList()));
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(host.texts("component", "ERROR"),
             (TLines{"Obtaining symbol property mapping data: cannot parse file: " + file.string(),

@@ -1,6 +1,4 @@
-// write_neutral_symbol_data: the tool's script and environment (through a
-// recording stand-in), and runs of the symbol tool simulator on sample
-// symbols: failures, the rejected list, reruns, exclusions, depth 0.
+// write_neutral_symbol_data through a recording stand-in and the symbol tool simulator.
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -16,8 +14,7 @@ namespace {
 
 const std::string kComponents = std::string(VLT_SOURCE_DIR) + "/examples/components";
 
-// One list item: the path, and below it uses "<symbol>[/<postfix>]" with
-// pin maps "sk>td".
+// One list item: the path, and its uses "<symbol>[/<postfix>]" with pin maps "sk>td".
 std::string item(const std::string& path, const std::vector<std::pair<std::string, TLines>>& uses = {}) {
   std::string text = ".SK_SYMBOL_PATH " + path + "\n";
   if (uses.empty()) return text;
@@ -60,7 +57,6 @@ struct SymbolsNeutralTest : WorkDirHostTest {
       text += "<partition name=\"" + rename + "_n\" rename=\"" + rename + "\" file=\"m.xml\" id=\"default\"/>";
     writeFile(config / "symbol_data.xml", text + "</partition_data></symbol_data></rig>");
   }
-
   // A stand-in tool that records its input and QRN_ variables per run.
   void recordingTool() {
     const fs::path tool = bin / "sksym2td.exe";
@@ -69,7 +65,6 @@ struct SymbolsNeutralTest : WorkDirHostTest {
     chmod(tool.c_str(), 0755);
     host.setService("get rig install bin", bin.string());
   }
-
   fs::path neut(const std::string& container, const std::string& name, int depth = 2) {
     return neutral / ("symbols_" + std::to_string(depth)) / container / (name + ".neut");
   }
@@ -84,7 +79,6 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
           item("/lib/x/sub/inv"));
   writeFile(lists / "notes.txt", "");
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
-
   const std::string cfg = (config / "sk2td_symbols_only.cfg").string();
   const std::string block = "symbol begin\nsk_symbol_path \"" + odd + "/nand2\"\ntd_symbol_neutral_path \"" +
                             neut("a b(1)_logic", "nand2").string();
@@ -107,7 +101,7 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
   EXPECT_TRUE(host.logged("translation", "INFO", "Following number of symbols found for partition LOGIC: 2"));
 }
 
-TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
+TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedARerunContinuesAndDepthZeroAndMissingDirectories) {
   const std::string logic = kComponents + "/digital/logic";
   writeFile(lists / "LOGIC.sym_list.caf", item(logic + "/nand2", {{"nand2/_v", {"A>A[0:1]", "Q>R"}}}) +
                                               item(logic + "/missing") + item(logic + "/inv") + item(logic + "/nor2") +
@@ -118,7 +112,6 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
   setenv("SKSYM2TD_FAIL", "exit:7", 1);
   setenv("SKSYM2TD_FAIL_SYMBOLS", "inv", 1);
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
-
   EXPECT_EQ(readFile(neut("digital_logic", "nand2")),
             "# neutral symbol of " + logic +
                 "/nand2.smbl_2\nSYMBOL nand2\nREFDES_VALUE U?\nUNIT_NAME INCH\n"
@@ -146,7 +139,6 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
   const std::string toolLog = readFile(log / "symbol_converter_initial.log");
   EXPECT_NE(toolLog.find("Warning: symbol nand2: pin_map names an unknown pin: Q\n"), std::string::npos);
   EXPECT_NE(toolLog.find("Error: cannot read symbol " + logic + "/missing: no version found\n"), std::string::npos);
-
   // Without overwrite only what is missing runs again, and nothing is listed twice.
   unsetenv("SKSYM2TD_FAIL");
   fs::remove(neut("digital_logic", "nand2").string() + "_v");
@@ -160,18 +152,14 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedAndARerunContinues) {
                               neut("digital_logic", "nand2").string()));
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), rejected);
   EXPECT_EQ(readFile(log / "symbol_converter_initial.log").find("nand2"), std::string::npos);
-
   // With overwrite every symbol runs again.
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("", true));
   EXPECT_TRUE(fs::exists(neut("digital_logic", "nand2").string() + "_v"));
-}
-
-TEST_F(SymbolsNeutralTest, DepthZeroAndMissingDirectories) {
+  // Depth 0 puts the files in the root; missing directories fail.
   symbolData(0, {"LOGIC"});
   writeFile(lists / "LOGIC.sym_list.caf", item(kComponents + "/digital/logic/or2"));
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
   EXPECT_TRUE(fs::is_regular_file(neutral / "symbols_0" / "or2.neut"));
-
   fs::remove_all(lists);
   host.clearRecords();
   EXPECT_FALSE(NComponent::writeNeutralSymbolData("", false));

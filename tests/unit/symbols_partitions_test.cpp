@@ -1,5 +1,4 @@
-// The symbol road up to the partition lists: default configuration, levels,
-// partition names, renames, partitioning and use postfixes.
+// The symbol road up to the partition lists: levels, names, renames, partitioning, postfixes.
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
+using namespace NComponent;
 
 namespace {
 
@@ -35,24 +35,24 @@ struct SymbolPartitionTest : StartedHostTest {
     const std::string dir = comps.string();
     n = static_cast<int>(std::count(dir.begin(), dir.end(), '/'));
   }
-  bool partition() { return NComponent::partitionSymbolList("L", map, lib.string()); }
+  bool create(bool keepExisting) { return NComponent::createSymbolPartitionList("L", map, lib.string(), keepExisting); }
+  bool partition() { return partitionSymbolList("L", map, lib.string()); }
   std::string list(const std::string& rename) { return readFile(lists / (rename + ".sym_list.caf")); }
   std::string item(const std::string& path) { return ".SK_SYMBOL_PATH " + (comps / path).string() + "\n"; }
 };
 
-TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectory) {
-  ASSERT_TRUE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
+TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectoryAndOutOfRangeLevels) {
+  ASSERT_TRUE(saveDefaultSymbolConfig("L", map, lib.string()));
   int start = -1, stop = -1, depth = -1;
-  ASSERT_TRUE(NComponent::getSymbolPathLevels(start, stop, depth));
+  ASSERT_TRUE(getSymbolPathLevels(start, stop, depth));
   EXPECT_EQ(std::vector<int>({start, stop, depth}), std::vector<int>({n, n, 2}));  // x/s1 collides at depth 1
-  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 1, 2));
-  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
-  const std::string rid = NComponent::getSymbolPartitionList();
-  EXPECT_EQ(*NComponent::find2D(rid), (NComponent::TList2D{{"a", "a"}, {"b", "b"}}));
-
+  ASSERT_TRUE(setSymbolPathLevels(n + 1, n + 1, 2));
+  ASSERT_TRUE(create(false));
+  const std::string rid = getSymbolPartitionList();
+  EXPECT_EQ(*find2D(rid), (TList2D{{"a", "a"}, {"b", "b"}}));
   // Two names on one rename share one list file.
-  NComponent::find2D(rid)->assign({{" a ", "AB"}, {"b", " AB"}, {"", "dropped"}});
-  ASSERT_TRUE(NComponent::saveSymbolPartitionList(rid));
+  find2D(rid)->assign({{" a ", "AB"}, {"b", " AB"}, {"", "dropped"}});
+  ASSERT_TRUE(saveSymbolPartitionList(rid));
   host.clearRecords();
   ASSERT_TRUE(partition());
   EXPECT_EQ(host.lines("translation"),
@@ -62,21 +62,18 @@ TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectory) {
   EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AB\nAB\n");
   EXPECT_EQ(list("AB"), item("a/x/s1") + item("a/y/s1") + item("b/s.2") + item("b/x/s1"));
   EXPECT_EQ(readFile(config / "symbol_partitions.caf"), "a_x_s1 AB\na_y_s1 AB\nb_x_s1 AB\ncomps_b_s.2 AB\n");
-
   // keepExisting keeps the rename; without it the names come back.
-  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), true));
-  EXPECT_EQ(*NComponent::find2D(NComponent::getSymbolPartitionList()), (NComponent::TList2D{{"a", "AB"}, {"b", "AB"}}));
-  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
-  EXPECT_EQ(*NComponent::find2D(NComponent::getSymbolPartitionList()), (NComponent::TList2D{{"a", "a"}, {"b", "b"}}));
-}
-
-TEST_F(SymbolPartitionTest, OutOfRangeLevelWritesTheListsSoFarButNoKeyTable) {
-  ASSERT_TRUE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
-  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 1, 1));
-  ASSERT_TRUE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  ASSERT_TRUE(create(true));
+  EXPECT_EQ(*find2D(getSymbolPartitionList()), (TList2D{{"a", "AB"}, {"b", "AB"}}));
+  ASSERT_TRUE(create(false));
+  EXPECT_EQ(*find2D(getSymbolPartitionList()), (TList2D{{"a", "a"}, {"b", "b"}}));
+  // An out of range level writes the lists so far but no key table.
+  fs::remove(config / "symbol_partitions.caf");
+  ASSERT_TRUE(setSymbolPathLevels(n + 1, n + 1, 1));
+  ASSERT_TRUE(create(false));
   // b/s.2 lies one level higher than the others: at n + 2 only it is short.
-  ASSERT_TRUE(NComponent::setSymbolPathLevels(n + 1, n + 2, 1));
-  EXPECT_FALSE(NComponent::createSymbolPartitionList("L", map, lib.string(), false));
+  ASSERT_TRUE(setSymbolPathLevels(n + 1, n + 2, 1));
+  EXPECT_FALSE(create(false));
   EXPECT_TRUE(
       host.logged("translation", "ERROR",
                   "Saving symbols partition file: cannot create partition names from symbols cfg files and data."));
@@ -108,7 +105,7 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
   writeFile(lists / "Q.sym_list.caf", ".SK_SYMBOL_PATH /m/d.v/s\n" + use);
   writeFile(lists / "Stale.sym_list.caf", "..broken\n");
   writeFile(lists / "Q.sym_list.caf.bak", "x");
-  ASSERT_TRUE(NComponent::updatePartitionedSymbolLists());
+  ASSERT_TRUE(updatePartitionedSymbolLists());
   // "d_v_s_1" is the key of the item s_1, so the first use takes _2.
   const std::string p =
       ".SK_SYMBOL_PATH /l/d.v/s\n..CATALOG c\n...QRN_PART P1\n....QRN_COMP C\n"
@@ -121,12 +118,11 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
   EXPECT_EQ(host.texts("translation", "WARN"),
             (TLines{"Updating partitioned symbol lists: following symbol partition is not listed in "
                     "symbol data file so related symbols will not be translated: Stale"}));
-  ASSERT_TRUE(NComponent::updatePartitionedSymbolLists());
+  ASSERT_TRUE(updatePartitionedSymbolLists());
   EXPECT_EQ(list("P"), p);
-
   fs::remove_all(lists);
   host.clearRecords();
-  EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_FALSE(updatePartitionedSymbolLists());
   EXPECT_EQ(
       host.lines("component"),
       (TLines{"INFO Updating partitioned symbol lists.",
@@ -136,22 +132,21 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
 TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   const std::string file = (config / "symbol_data.xml").string();
   EXPECT_FALSE(partition());
-  EXPECT_EQ(NComponent::getSymbolPartitionList(), "");
-  EXPECT_FALSE(NComponent::saveSymbolPartitionList(NComponent::new2DList()));
-  EXPECT_FALSE(NComponent::updatePartitionedSymbolLists());
+  EXPECT_EQ(getSymbolPartitionList(), "");
+  EXPECT_FALSE(saveSymbolPartitionList(new2DList()));
+  EXPECT_FALSE(updatePartitionedSymbolLists());
   EXPECT_EQ(host.texts("translation", "ERROR"),
             (TLines{"Loading symbols configuration file: symbol data file does not exist: " + file,
                     "Obtaining symbol partition list: cannot parse file: " + file,
                     "Obtaining symbol partition list: cannot parse file: " + file,
                     "Loading symbols configuration file: symbol data file does not exist: " + file}));
   EXPECT_FALSE(fs::exists(config / "sym_partitions.caf"));
-
   writeFile(file, "<rig><symbol_data><common start=\"1\" stop=\"x\"/></symbol_data></rig>");
   host.clearRecords();
   int start = -1, stop = -1, depth = -1;
-  EXPECT_FALSE(NComponent::getSymbolPathLevels(start, stop, depth));
+  EXPECT_FALSE(getSymbolPathLevels(start, stop, depth));
   EXPECT_EQ(start, 1);
-  EXPECT_FALSE(NComponent::setSymbolPathLevels(0, 0, 0) && NComponent::setSymbolPathLevels(0, -1, 0));
+  EXPECT_FALSE(setSymbolPathLevels(0, 0, 0) && setSymbolPathLevels(0, -1, 0));
   EXPECT_EQ(host.texts("component", "ERROR"),
             (TLines{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
                     "Setting symbol path levels: all levels should be positive numbers."}));

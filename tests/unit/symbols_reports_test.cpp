@@ -1,6 +1,4 @@
-// verify_symbols, report_symbol_pin_spacing_map and
-// create_default_symbol_data_mapping over crafted partition lists and
-// neutral symbol files.
+// verify_symbols, report_symbol_pin_spacing_map and create_default_symbol_data_mapping.
 
 #include <gtest/gtest.h>
 
@@ -57,7 +55,6 @@ TEST_F(SymbolsReportsTest, VerifyReportsMissingFilesAndToolProblems) {
   EXPECT_EQ(host.texts("translation", "WARN"),
             TLines{"Verifying symbol data: following symbol partition is not listed in symbol data file so related "
                    "symbols will not be translated: X"});
-
   // Without the tool's log the first half stays written.
   fs::remove(log / "symbol_converter_initial.log");
   host.clearRecords();
@@ -68,7 +65,7 @@ TEST_F(SymbolsReportsTest, VerifyReportsMissingFilesAndToolProblems) {
   EXPECT_EQ(readFile(log / "reports" / "verify_symbols.txt").find("symbol_convert"), std::string::npos);
 }
 
-TEST_F(SymbolsReportsTest, PinSpacingReportGroupsByTextKey) {
+TEST_F(SymbolsReportsTest, PinSpacingReportGroupsByTextKeyAndDefaultMappingCollectsNamesAndSpacings) {
   ASSERT_TRUE(NComponent::reportSymbolPinSpacingMap());
   EXPECT_EQ(readFile(log / "reports" / "symbol_pin_spacing_report.txt"),
             "Pin spacing: \" \" - 1 instances\n/lib/b\tnothing\n"
@@ -78,15 +75,7 @@ TEST_F(SymbolsReportsTest, PinSpacingReportGroupsByTextKey) {
                           "Reporting symbol pin spacing map: following file referenced by symbol list file does not "
                           "exist: " +
                               (root / "b" / "gone.neut").string()));
-
-  fs::remove_all(lists);
-  host.clearRecords();
-  EXPECT_FALSE(NComponent::reportSymbolPinSpacingMap());
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"Reporting symbol pin spacing map: cannot find symbol lists directory: " + lists.string()});
-}
-
-TEST_F(SymbolsReportsTest, DefaultMappingCollectsNamesAndSpacings) {
+  // The default mapping collects names and spacings.
   writeFile(config / "symbol_data_mapping.xml", "<rig><symbol_data><data_map id=\"user\"/></symbol_data></rig>");
   ASSERT_TRUE(NComponent::createDefaultSymbolDataMapping());
   EXPECT_EQ(readFile(config / "symbol_data_mapping.xml"),
@@ -107,6 +96,11 @@ TEST_F(SymbolsReportsTest, DefaultMappingCollectsNamesAndSpacings) {
                           "Creating default symbol data mapping file: either pin spacing or unit name is not valid for "
                           "symbol: " +
                               (root / "b" / "nothing.neut").string()));
+  fs::remove_all(lists);
+  host.clearRecords();
+  EXPECT_FALSE(NComponent::reportSymbolPinSpacingMap());
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            TLines{"Reporting symbol pin spacing map: cannot find symbol lists directory: " + lists.string()});
 }
 
 }  // namespace

@@ -32,7 +32,6 @@ struct TechnologyTest : StartedHostTest {
     technologyDir = tmp.path() / "config" / "geom_technology";
     geoms = tmp.path() / "geoms";
   }
-
   bool createDefault() { return NComponent::createDefaultContainerFile("LIB", "map", "dir"); }
   // A geometry root with these subdirectories, and the technology list.
   void prepare(const TLines& directories, const std::string& list = kList) {
@@ -44,23 +43,19 @@ struct TechnologyTest : StartedHostTest {
   std::string containers() { return readFile(technologyDir / "default_containers.xml"); }
 };
 
-// ---------------------------------------------------------------------------
-// Parsers
-
-TEST_F(TechnologyTest, TechnologyListIsReadTrimmedInFileOrder) {
+TEST_F(TechnologyTest, TechnologyListIsReadTrimmedInFileOrderAndContainersEdited) {
   writeFile(technologyDir / "technology_list.xml", kList);
-  CTechnologyParser parser(logger);
-  TTechnology found = parser.find(technologyDir / "technology_list.xml", "default");
+  CTechnologyParser technologies(logger);
+  TTechnology found = technologies.find(technologyDir / "technology_list.xml", "default");
   EXPECT_EQ(found.id + "|" + found.containerDefFile + "|" + found.translatedCellsFile + "|" + found.padstackName,
             "default|default_containers.xml||default");
-  EXPECT_EQ(parser.find(technologyDir / "technology_list.xml", " x ").id, "") << "ids compare trimmed";
+  EXPECT_EQ(technologies.find(technologyDir / "technology_list.xml", " x ").id, "") << "ids compare trimmed";
   TLines ids;
-  for (const TTechnology& t : parser) ids.push_back(t.id);
+  for (const TTechnology& t : technologies) ids.push_back(t.id);
   EXPECT_EQ(ids, (TLines{"x", "default"}));
   EXPECT_TRUE(host.records().empty());
-}
 
-TEST_F(TechnologyTest, ContainerEntriesAreFoundRemovedAndAdded) {
+  // Container entries are found, removed and added.
   writeFile(technologyDir / "c.xml",
             "<rig><geom_data><technologies>"
             "<containers id='default'><container directory='old' cell_partition=''/></containers>"
@@ -76,32 +71,45 @@ TEST_F(TechnologyTest, ContainerEntriesAreFoundRemovedAndAdded) {
   EXPECT_EQ(x.containers.back().directory, "");
   EXPECT_EQ(parser.find("y").id, "");
   EXPECT_EQ(parser.find("default").containers.size(), 1u) << "the first of that id";
-
   parser.removeContainers("default");
   EXPECT_EQ(parser.find("default").id, "");
   EXPECT_FALSE(parser.addContainer("default", "d", ""));
   parser.addContainers("default");
   EXPECT_TRUE(parser.addContainer("default", "d/e", ""));
   EXPECT_TRUE(parser.addContainer("x", "c", "C"));
-  TLines ids;
+  ids.clear();
   for (const TTechnologyContainer& c : parser) ids.push_back(c.id + ":" + std::to_string(c.containers.size()));
   EXPECT_EQ(ids, (TLines{"x:3", "default:1"}));
-}
-
-TEST(ContainerFilePathTest, BareNamesLieInTheTechnologyDirectory) {
+  // Bare names lie in the technology directory.
   EXPECT_EQ(containerFilePath("/w/config", "c.xml"), fs::path("/w/config/geom_technology/c.xml"));
   EXPECT_EQ(containerFilePath("/w/config", "sub/c.xml"), fs::path("sub/c.xml"));
   EXPECT_EQ(containerFilePath("/w/config", "/abs/c.xml"), fs::path("/abs/c.xml"));
   EXPECT_EQ(containerFilePath("/w/config", ""), fs::path(""));
 }
 
-// ---------------------------------------------------------------------------
-// create_default_container (a run on the sample library, a second run and a
-// technology listed in front are covered end to end; an empty document gets
-// its path made when the container file is missing)
+// create_default_container (a run on the sample library and a rerun are covered end to end).
 
-TEST_F(TechnologyTest, DefaultEntryIsReplacedAndOtherTechnologiesStay) {
-  prepare({"smd/ic"});
+TEST_F(TechnologyTest, StaleGeometryPathMakesNothingEmptyRootWarnsAndTheDefaultEntryIsReplaced) {
+  prepare({});
+  for (const std::string& root :
+       {std::string(), (tmp.path() / "gone").string(), (technologyDir / "technology_list.xml").string()}) {
+    host.parameters()["geom path"] = root;
+    host.clearRecords();
+    EXPECT_FALSE(createDefault()) << root;
+    EXPECT_EQ(host.lines(), (TLines{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
+    EXPECT_FALSE(fs::exists(technologyDir / "default_containers.xml")) << root;
+  }
+  host.parameters()["geom path"] = geoms.string();
+  ASSERT_TRUE(createDefault());
+  EXPECT_EQ(containers(), kDecl +
+                              "<rig>\n  <geom_data>\n    <technologies>\n      <containers id=\"default\" />\n"
+                              "    </technologies>\n  </geom_data>\n</rig>\n");
+  const std::string warning =
+      "There are no geometry containers (subdirectories) in geometry root: '" + geoms.string() + "'.";
+  EXPECT_EQ(host.texts("translation", "WARN"), TLines{warning});
+  EXPECT_EQ(host.texts("component", "WARN"), TLines{warning});
+  // The default entry is replaced; other technologies stay.
+  host.clearRecords();
   writeFile(geoms / "smd" / "ic" / "so8.cell", "CELL\n");
   writeFile(technologyDir / "default_containers.xml",
             "<rig><geom_data><technologies>"
@@ -121,27 +129,6 @@ TEST_F(TechnologyTest, DefaultEntryIsReplacedAndOtherTechnologiesStay) {
                                   "component DEBUG Building list of geometry containers"}));
 }
 
-TEST_F(TechnologyTest, EmptyOrStaleGeometryPathMakesNothingAndAnEmptyRootWarns) {
-  prepare({});
-  for (const std::string& root :
-       {std::string(), (tmp.path() / "gone").string(), (technologyDir / "technology_list.xml").string()}) {
-    host.parameters()["geom path"] = root;
-    host.clearRecords();
-    EXPECT_FALSE(createDefault()) << root;
-    EXPECT_EQ(host.lines(), (TLines{"translation DEBUG " + kOpening, "component DEBUG " + kOpening})) << root;
-    EXPECT_FALSE(fs::exists(technologyDir / "default_containers.xml")) << root;
-  }
-  host.parameters()["geom path"] = geoms.string();
-  ASSERT_TRUE(createDefault());
-  EXPECT_EQ(containers(), kDecl +
-                              "<rig>\n  <geom_data>\n    <technologies>\n      <containers id=\"default\" />\n"
-                              "    </technologies>\n  </geom_data>\n</rig>\n");
-  const std::string warning =
-      "There are no geometry containers (subdirectories) in geometry root: '" + geoms.string() + "'.";
-  EXPECT_EQ(host.texts("translation", "WARN"), TLines{warning});
-  EXPECT_EQ(host.texts("component", "WARN"), TLines{warning});
-}
-
 TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
   prepare({"a"});
   fs::remove(technologyDir / "technology_list.xml");
@@ -151,12 +138,10 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
                   "Configuration file does not exist:'" + (technologyDir / "technology_list.xml").string() + "'"));
   EXPECT_TRUE(host.logged("component", "ERROR", "Cannot obtain data for technology id: \"default\""));
   host.clearRecords();
-
   writeFile(technologyDir / "technology_list.xml",
             "<rig><geom_data><technologies><list><technology id='x'/></list></technologies></geom_data></rig>");
   EXPECT_FALSE(createDefault());
   EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain data for technology id: \"default\""));
-
   // A broken container file stays as it is.
   writeFile(technologyDir / "technology_list.xml", kList);
   writeFile(technologyDir / "default_containers.xml", "<rig>");
@@ -165,7 +150,6 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
       "component", "FATAL",
       "Cannot load technology containers file: '" + (technologyDir / "default_containers.xml").string() + "'."));
   EXPECT_EQ(containers(), "<rig>");
-
   // A container file named with its directory is used as it stands.
   const fs::path unwritable = tmp.path() / "no" / "c.xml";
   writeFile(technologyDir / "technology_list.xml",
@@ -177,7 +161,6 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
   fs::create_directories(unwritable.parent_path());
   ASSERT_TRUE(createDefault());
   EXPECT_NE(readFile(unwritable).find("<container directory=\"a\" cell_partition=\"\" />"), std::string::npos);
-
   host.failService("get config");
   EXPECT_FALSE(createDefault());
   EXPECT_TRUE(host.logged("component", "FATAL", "Cannot obtain path to the configuration directory."));

@@ -13,12 +13,7 @@ namespace {
 const char kPrefix[] = "VLT library definition file: ";
 
 struct DefinitionTest : StartedHostTest {
-  boost::filesystem::path file;
-
-  void SetUp() override {
-    StartedHostTest::SetUp();
-    file = tmp.path() / "vlt_library_definition.library_definition";
-  }
+  boost::filesystem::path file = tmp.path() / "vlt_library_definition.library_definition";
 
   TVLTLibraryDefinitionFileLibraries parse(const std::string& text, bool verbose = true) {
     writeFile(file, text);
@@ -64,7 +59,7 @@ TEST_F(DefinitionTest, WellFormedFileWithDumpOnBothSinks) {
   EXPECT_EQ(host.lines("component"), dump);
 }
 
-TEST_F(DefinitionTest, EmptyFileAndSilentParse) {
+TEST_F(DefinitionTest, EmptyFileSilentParseAppendingAndUnreadableFiles) {
   EXPECT_TRUE(parse("").empty());
   EXPECT_EQ(host.lines("translation"),
             (TLines{"INFO Reading VLT library definition file: " + file.string(),
@@ -73,6 +68,24 @@ TEST_F(DefinitionTest, EmptyFileAndSilentParse) {
   auto libraries = parse("junk\nreleased \"A\"\nX y\n{\n", false);
   EXPECT_EQ(describe(libraries), (TLines{"released A:"}));
   EXPECT_TRUE(host.records().empty());
+
+  // The list is appended to; unreadable files and a missing working directory leave it as it was.
+  libraries = {{"source", "OLD", {}}};
+  writeFile(file, "released \"NEW\" {\n X x }\n");
+  ASSERT_TRUE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
+  EXPECT_EQ(describe(libraries), (TLines{"source OLD:", "released NEW: X x []"}));
+  EXPECT_TRUE(host.logged("translation", "DEBUG", "**Library name: 'OLD' library type: source"));
+  host.clearRecords();
+  const auto missing = tmp.path() / "missing";
+  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, missing, false));
+  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, tmp.path(), false));
+  host.clearService("get wdir");
+  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
+  EXPECT_EQ(libraries.size(), 2u);
+  const TLines errors{"VLT library definition file: cannot read the file: " + missing.string(),
+                      "VLT library definition file: cannot read the file: " + tmp.str()};
+  EXPECT_EQ(host.texts("component", "ERROR"), errors);
+  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{errors[0], errors[1], "Working directory has not been set."}));
 }
 
 // The parse of odd files: libraries as described, and the warnings.
@@ -135,29 +148,6 @@ TEST_F(DefinitionTest, OddFiles) {
     EXPECT_EQ(describe(parse(c.text)), c.libraries);
     EXPECT_EQ(warnings(), c.warnings);
   }
-}
-
-// The list is appended to; unreadable files and a missing working
-// directory leave it as it was.
-TEST_F(DefinitionTest, AppendsAndKeepsEarlierLibraries) {
-  TVLTLibraryDefinitionFileLibraries libraries;
-  libraries.push_back({"source", "OLD", {}});
-  writeFile(file, "released \"NEW\" {\n X x }\n");
-  ASSERT_TRUE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
-  EXPECT_EQ(describe(libraries), (TLines{"source OLD:", "released NEW: X x []"}));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "**Library name: 'OLD' library type: source"));
-
-  host.clearRecords();
-  const auto missing = tmp.path() / "missing";
-  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, missing, false));
-  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, tmp.path(), false));
-  host.clearService("get wdir");
-  EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
-  EXPECT_EQ(libraries.size(), 2u);
-  const TLines errors{"VLT library definition file: cannot read the file: " + missing.string(),
-                      "VLT library definition file: cannot read the file: " + tmp.str()};
-  EXPECT_EQ(host.texts("component", "ERROR"), errors);
-  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{errors[0], errors[1], "Working directory has not been set."}));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// Library evaluation: soft path resolution, common paths, the evaluation of
-// one library, the directory getters and get_vlt_library_list.
+// Soft paths, common paths, library evaluation, the directory getters and the library list.
 
 #include <gtest/gtest.h>
 
@@ -9,13 +8,12 @@
 #include "support/fake_host.hpp"
 
 using namespace vlttest;
-using NVlt2HrwHelpers::commonPath;
-using NVlt2HrwHelpers::resolveSoftPath;
+using namespace NVlt2HrwHelpers;
 namespace fs = boost::filesystem;
 
 namespace {
 
-TEST(ResolveSoftPath, FirstHardPathOfTheFirstFilledPrefixWins) {
+TEST(LibraryPaths, FirstHardPathOfTheFirstFilledPrefixWinsAndCommonPathCountsTokens) {
   QllnGeneral::TLocationMap map{{"$L", {}}, {"$L", {"/first", "/second"}}, {"$L", {"/third"}}, {"$M", {"/m"}}};
   EXPECT_EQ(resolveSoftPath(map, "$L/comps/x"), "/first/comps/x");
   EXPECT_EQ(resolveSoftPath(map, "$M"), "/m");
@@ -26,9 +24,8 @@ TEST(ResolveSoftPath, FirstHardPathOfTheFirstFilledPrefixWins) {
   EXPECT_EQ(resolveSoftPath({{"$E", {}}}, "$E/x"), "");
   // Quoting comes first, so a quoted head is no prefix.
   EXPECT_EQ(resolveSoftPath(map, "$M/a b"), "");
-}
 
-TEST(CommonPath, CountRulesCaseAndQuotes) {
+  // The common path: count rules, case and quotes.
   const std::vector<std::pair<std::set<std::string>, std::string>> cases = {
       {{}, ""},
       {{"C:\\lib\\comps"}, "C:/lib/comps"},
@@ -54,17 +51,15 @@ TEST(CommonPath, CountRulesCaseAndQuotes) {
 
 // A small library on disk: lib/{components/{analog,digital},geoms,catalogs}.
 struct EvaluationTest : StartedHostTest {
-  fs::path lib, map, definition;
+  fs::path lib = tmp.path() / "lib", map = tmp.path() / "location_map",
+           definition = lib / "vlt_library_definition.library_definition";
 
   void SetUp() override {
     StartedHostTest::SetUp();
-    lib = tmp.path() / "lib";
     for (const char* dir : {"components/analog", "components/digital", "geoms/smd", "catalogs"})
       fs::create_directories(lib / dir);
     host.setLibrary(lib.string());
-    map = tmp.path() / "location_map";
     writeFile(map, "QRN_LOCATION_MAP_1\n$LIB\n" + lib.string() + "\n$OUT\n" + tmp.str() + "\n$NONE\n");
-    definition = lib / "vlt_library_definition.library_definition";
     writeFile(definition,
               "released \"MAIN\" {\n  D $LIB/components/digital -qrn_component\n"
               "  A $LIB/components/analog -qrn_component -qrn_catalog\n  A2 $LIB/components/analog -qrn_component\n"
@@ -75,14 +70,13 @@ struct EvaluationTest : StartedHostTest {
     writeFile(lib / "catalogs/file", "not a directory");
     host.clearRecords();
   }
-
-  bool evaluate(NVlt2HrwHelpers::TVLTLibrary& library, const std::string& name, bool verbose) {
-    return NVlt2HrwHelpers::evaluateVLTLibrary(library, map, definition, name, verbose);
+  bool evaluate(TVLTLibrary& library, const std::string& name, bool verbose) {
+    return evaluateVLTLibrary(library, map, definition, name, verbose);
   }
 };
 
-TEST_F(EvaluationTest, VerboseEvaluationOfAGoodLibrary) {
-  NVlt2HrwHelpers::TVLTLibrary library;
+TEST_F(EvaluationTest, VerboseEvaluationOfAGoodAndABrokenLibraryAndQuietRun) {
+  TVLTLibrary library;
   ASSERT_TRUE(evaluate(library, "MAIN", true));
   EXPECT_EQ(library.componentPaths, (std::set<std::string>{"$LIB/components/analog", "$LIB/components/digital"}));
   EXPECT_EQ(library.geomPaths, (std::set<std::string>{"$LIB/geoms"}));
@@ -96,14 +90,13 @@ TEST_F(EvaluationTest, VerboseEvaluationOfAGoodLibrary) {
   EXPECT_EQ(dump[0], "INFO Evaluating VLT library: MAIN defined in: " + definition.string());
   EXPECT_EQ(dump[9], "DEBUG     $LIB/components/analog");
   EXPECT_EQ(host.lines("component"), dump);
-}
-
-TEST_F(EvaluationTest, MissingPathsEmptyKindsPathsOutsideTheRootAndQuietRun) {
-  NVlt2HrwHelpers::TVLTLibrary library;
-  ASSERT_TRUE(evaluate(library, "BROKEN", true));
-  EXPECT_EQ(library.commonComponentPath, lib.string() + "/components/digital");
-  EXPECT_EQ(library.commonGeomPath, "");
-  EXPECT_EQ(library.commonCatalogPath, tmp.str());
+  // Missing paths, empty kinds, paths outside the root, and a quiet run.
+  host.clearRecords();
+  TVLTLibrary broken;
+  ASSERT_TRUE(evaluate(broken, "BROKEN", true));
+  EXPECT_EQ(broken.commonComponentPath, lib.string() + "/components/digital");
+  EXPECT_EQ(broken.commonGeomPath, "");
+  EXPECT_EQ(broken.commonCatalogPath, tmp.str());
   const std::string head = "Evaluating VLT Library: ";
   EXPECT_EQ(host.texts("translation", "WARN"),
             (TLines{head + "following paths to components directory does not exist hence will not be processed: "
@@ -115,52 +108,48 @@ TEST_F(EvaluationTest, MissingPathsEmptyKindsPathsOutsideTheRootAndQuietRun) {
                     head + "invalid (empty) common geometries directory.",
                     head + "geometries directory does not lie underneath the VLT Library Root.",
                     head + "catalogs directory does not lie underneath the VLT Library Root."}));
-
   host.clearRecords();
-  NVlt2HrwHelpers::TVLTLibrary quiet;
+  TVLTLibrary quiet;
   ASSERT_TRUE(evaluate(quiet, "BROKEN", false));
   EXPECT_EQ(quiet.catalogPaths, (std::set<std::string>{"$OUT"}));
   EXPECT_TRUE(host.records().empty());
 }
 
 TEST_F(EvaluationTest, Failures) {
-  NVlt2HrwHelpers::TVLTLibrary library;
+  TVLTLibrary library;
   EXPECT_FALSE(evaluate(library, "main", false));
   EXPECT_EQ(host.lines("translation"), (TLines{"ERROR Evaluating VLT Library: library not found: main"}));
-
   host.clearRecords();
-  EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, tmp.path() / "nomap", definition, "MAIN", true));
+  EXPECT_FALSE(evaluateVLTLibrary(library, tmp.path() / "nomap", definition, "MAIN", true));
   EXPECT_EQ(host.lines("translation"),
             (TLines{"INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
                     "ERROR Location map file: cannot read the file: " + tmp.str() + "/nomap",
                     "ERROR Errors found while reading location map file: " + tmp.str() + "/nomap"}));
-
   host.clearRecords();
-  EXPECT_FALSE(NVlt2HrwHelpers::evaluateVLTLibrary(library, map, tmp.path() / "nodef", "MAIN", false));
+  EXPECT_FALSE(evaluateVLTLibrary(library, map, tmp.path() / "nodef", "MAIN", false));
   EXPECT_EQ(host.lines("translation"),
             (TLines{"ERROR VLT library definition file: cannot read the file: " + tmp.str() + "/nodef",
                     "ERROR Evaluating VLT Library: errors found while reading VLT library "
                     "definition file: " +
                         tmp.str() + "/nodef"}));
-
   host.clearRecords();
   host.clearService("get library location");
   EXPECT_FALSE(evaluate(library, "MAIN", true));
   EXPECT_EQ(host.lines(), (TLines{"translation ERROR Source library location has not been set."}));
 }
 
-TEST_F(EvaluationTest, DirectoryGetters) {
+TEST_F(EvaluationTest, DirectoryGettersAndLibraryList) {
   const std::string dir = lib.string();
-  EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("MAIN", map.string(), dir), dir);
-  EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("MAIN", map.string(), dir), dir + "/components");
-  EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
+  EXPECT_EQ(getCatalogDir("MAIN", map.string(), dir), dir);
+  EXPECT_EQ(getCompsDir("MAIN", map.string(), dir), dir + "/components");
+  EXPECT_EQ(getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
   EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Obtaining catalog directory: " + definition.string(),
                                                "DEBUG Obtaining components data: " + definition.string(),
                                                "INFO Obtaining geoms data: " + definition.string()}));
   host.clearRecords();
-  EXPECT_EQ(NVlt2HrwHelpers::getCatalogDir("NOPE", map.string(), dir), "");
-  EXPECT_EQ(NVlt2HrwHelpers::getCompsDir("NOPE", map.string(), dir), "");
-  EXPECT_EQ(NVlt2HrwHelpers::getGeomsDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(getCatalogDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(getCompsDir("NOPE", map.string(), dir), "");
+  EXPECT_EQ(getGeomsDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(host.texts("translation", "ERROR"),
             (TLines{"Evaluating VLT Library: library not found: NOPE",
                     "Obtaining catalog directory: problem(s) found while reading VLT library definition file: " +
@@ -170,9 +159,8 @@ TEST_F(EvaluationTest, DirectoryGetters) {
                         definition.string(),
                     "Evaluating VLT Library: library not found: NOPE",
                     "Errors found while reading VLT library definition file: " + definition.string()}));
-}
-
-TEST_F(EvaluationTest, LibraryListHoldsEveryNameInOrder) {
+  host.clearRecords();
+  // The library list holds every name in order.
   const std::string rid = NComponent::getVLTLibraryList(lib.string());
   ASSERT_NE(rid, "");
   EXPECT_EQ(*NComponent::find1D(rid), (NComponent::TList1D{"MAIN", "BROKEN", "MAIN"}));

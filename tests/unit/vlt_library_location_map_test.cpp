@@ -11,12 +11,7 @@ using QllnGeneral::TLocationMap;
 namespace {
 
 struct LocationMapTest : StartedHostTest {
-  boost::filesystem::path file;
-
-  void SetUp() override {
-    StartedHostTest::SetUp();
-    file = tmp.path() / "location map";
-  }
+  boost::filesystem::path file = tmp.path() / "location map";
 
   TLocationMap read(const std::string& text, bool verbose = true) {
     writeFile(file, text);
@@ -57,7 +52,7 @@ TEST_F(LocationMapTest, PrefixesPathsAndAllMessages) {
   EXPECT_EQ(host.lines("component"), expected);
 }
 
-TEST_F(LocationMapTest, HeadersCommentsAndOddLines) {
+TEST_F(LocationMapTest, HeadersCommentsOddLinesAppendingAndUnreadableFiles) {
   EXPECT_TRUE(read("QRN_LOCATION_MAP_12\n# only a comment\nQRN_LOCATION_MAP_2   force   more\n").empty());
   host.clearRecords();
   // "$" alone needs one more character to be a prefix: it is a path. A
@@ -73,11 +68,9 @@ TEST_F(LocationMapTest, HeadersCommentsAndOddLines) {
   map = read("/orphan one\n/orphan two\n$P\n" + tmp.str() + "\n", false);
   EXPECT_EQ(describe(map), (TLines{"$P: " + tmp.str() + " |"}));
   EXPECT_TRUE(host.records().empty());
-}
-
-TEST_F(LocationMapTest, AppendsAndUnreadableFileIsAlwaysAnError) {
+  // Reading appends; an unreadable file is an error even in a quiet read.
   writeFile(file, "$B\n/b\n");
-  TLocationMap map{{"$KEEP", {"x"}}};
+  map = {{"$KEEP", {"x"}}};
   ASSERT_TRUE(QllnGeneral::readLocationMap(map, file, false));
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path() / "missing", false));
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path(), true));

@@ -1,5 +1,4 @@
-// create_wdir, the VALUE_VLT property numbering and prepare_target_cl. The
-// exact seed command line through the host is checked end to end.
+// create_wdir, the VALUE_VLT property numbering and prepare_target_cl.
 
 #include "components/hpp/working_directory.hpp"
 
@@ -25,8 +24,6 @@ std::string textProp(int n, const std::string& name) {
   return "*TEXTPROP " + std::to_string(n) + " CELL 132 \".*\" 1 \"" + name +
          "\" 0.080in INVISIBLE SINGLE TEMPLATE \"engineering\" 6 3 3 1 1 1";
 }
-
-// ---- property numbering -------------------------------------------------
 
 TLines props(int from, int to) {
   TLines out;
@@ -78,8 +75,6 @@ TEST(ValueVltProperty, TakesTheFirstFreeNumberBeforeTheFirstGreaterPropertyLine)
   }
 }
 
-// ---- seed command line ----------------------------------------------------
-
 TEST(SeedCommandLine, QuotesPathsWithBlanksByEachForm) {
   EXPECT_EQ(NVlt2HrwHelpers::seedCommandLine("/opt/rig/bin/libforge.exe", "/w d/seed_library/Library.zpc",
                                              "/w d/log/libforge_int.log", "/w d/log/libforge.log"),
@@ -89,12 +84,9 @@ TEST(SeedCommandLine, QuotesPathsWithBlanksByEachForm) {
             "cmd /c \\b\\libforge.exe -CreateSeed -zpcpath=/w/s/Library.zpc -log=/w/l/i.log > \\w\\l\\o.log 2>>&1");
 }
 
-// ---- create_wdir ------------------------------------------------------------
-
 struct CreateWDirTest : StartedHostTest {
   fs::path wdir() const { return tmp.path() / "work dir"; }
   bool create() { return NComponent::CreateWDir(wdir().string()); }
-  // "DEBUG Directory does not exist at: '<wdir><dir>', so will be created."
   std::string made(const std::string& dir) {
     return "DEBUG Directory does not exist at: '" + wdir().string() + dir + "', so will be created.";
   }
@@ -113,7 +105,6 @@ TEST_F(CreateWDirTest, MissingTemplatesStopsAfterTheDirectories) {
   host.componentDirectory() = component.str();
   ASSERT_TRUE(host.start());
   host.clearRecords();
-
   EXPECT_FALSE(create());
   for (const char* dir : {"config", "log", "log/reports", "reports", "neutral"})
     EXPECT_TRUE(fs::is_directory(wdir() / dir)) << dir;
@@ -125,25 +116,12 @@ TEST_F(CreateWDirTest, MissingTemplatesStopsAfterTheDirectories) {
   expectInitOnly();
 }
 
-TEST_F(CreateWDirTest, FilesystemErrorsRaise) {
-  EXPECT_THROW(NComponent::CreateWDir((tmp.path() / "no parent" / "wdir").string()), fs::filesystem_error);
-  EXPECT_EQ(host.lines("init"),
-            (TLines{"INFO Creating working directory at: " + tmp.str() + "/no parent/wdir",
-                    "DEBUG Directory does not exist at: '" + tmp.str() + "/no parent/wdir', so will be created."}));
-  EXPECT_FALSE(fs::exists(tmp.path() / "no parent"));
-  // A file where a directory belongs.
-  writeFile(wdir() / "log", "not a directory");
-  EXPECT_THROW(create(), fs::filesystem_error);
-  EXPECT_EQ(readFile(wdir() / "log"), "not a directory");
-}
-
-TEST_F(CreateWDirTest, MissingHostServicesEndWithFatalColonMessages) {
+TEST_F(CreateWDirTest, MissingHostServicesEndWithFatalColonMessagesAndFileSystemErrorsRaise) {
   host.failService("get component initialization logger");
   EXPECT_FALSE(create());
   EXPECT_TRUE(host.records().empty());
   EXPECT_FALSE(fs::exists(wdir()));
   host.failService("get component initialization logger", false);
-
   host.clearService("get config");
   EXPECT_FALSE(create());
   EXPECT_EQ(host.texts("init", "FATAL"), (TLines{"Cannot obtain path to the configuration directory: "}));
@@ -159,6 +137,17 @@ TEST_F(CreateWDirTest, MissingHostServicesEndWithFatalColonMessages) {
   EXPECT_TRUE(fs::is_directory(wdir() / "reports"));  // made before the neutral name is asked for
   EXPECT_FALSE(fs::exists(wdir() / "neutral"));
   expectInitOnly();
+  // File-system errors raise: a missing parent, a file where a directory belongs.
+  fs::remove_all(wdir());
+  host.clearRecords();
+  EXPECT_THROW(NComponent::CreateWDir((tmp.path() / "no parent" / "wdir").string()), fs::filesystem_error);
+  EXPECT_EQ(host.lines("init"),
+            (TLines{"INFO Creating working directory at: " + tmp.str() + "/no parent/wdir",
+                    "DEBUG Directory does not exist at: '" + tmp.str() + "/no parent/wdir', so will be created."}));
+  EXPECT_FALSE(fs::exists(tmp.path() / "no parent"));
+  writeFile(wdir() / "log", "not a directory");
+  EXPECT_THROW(create(), fs::filesystem_error);
+  EXPECT_EQ(readFile(wdir() / "log"), "not a directory");
 }
 
 // The whole road: directories, templates, the seed tool and its two files.
@@ -171,8 +160,7 @@ std::string shippedSeedProperties() {
   return readFile(seed.path() / "CentLib.prp");
 }
 
-// The fresh seed's property file with VALUE_VLT lines inserted before the
-// lines that begin with `before`.
+// The fresh seed's property file with VALUE_VLT lines inserted before the given lines.
 std::string withValueVlt(const std::vector<std::pair<int, std::string>>& inserts) {
   std::string result = shippedSeedProperties();
   for (const auto& insert : inserts) {
@@ -202,7 +190,6 @@ TEST_F(CreateWDirTest, NewTreeWithTemplatesSeedAndItsFiles) {
             "LibForge: creating seed library: " + wdir().string() +
                 "/seed_library\nLibForge: seed library created: " + wdir().string() + "/seed_library/Library.zpc\n");
   EXPECT_TRUE(fs::is_regular_file(wdir() / "log" / "libforge_int.log"));
-
   TLines init = host.lines("init");
   ASSERT_GE(init.size(), 10u);
   EXPECT_EQ(init[7], made("/seed_library"));
@@ -212,14 +199,13 @@ TEST_F(CreateWDirTest, NewTreeWithTemplatesSeedAndItsFiles) {
   expectInitOnly();
 }
 
-TEST_F(CreateWDirTest, ExistingTreeKeepsUserFilesAndRestoresTemplates) {
+TEST_F(CreateWDirTest, ExistingTreeKeepsUserFilesRestoresTemplatesAndWarnsOfToolCodes) {
   ASSERT_TRUE(create());
   writeFile(wdir() / "config" / "sk2td_symbols_only.cfg", "[DESIGN SCALING]\nScale=2.5\n");
   writeFile(wdir() / "config" / "catalog.list", "resistors\n");
   writeFile(wdir() / "Library" / "Library.zpc", "target\n");
   writeFile(wdir() / "neutral" / "c_neut.tlx", "kept\n");
   host.clearRecords();
-
   ASSERT_TRUE(create());
   EXPECT_EQ(readFile(wdir() / "config" / "sk2td_symbols_only.cfg"),
             readFile(fs::path(VLT_SHIPPED_DIR) / "templates" / "sk2td_symbols_only.cfg"));
@@ -232,13 +218,9 @@ TEST_F(CreateWDirTest, ExistingTreeKeepsUserFilesAndRestoresTemplates) {
     EXPECT_TRUE(host.logged("init", "DEBUG",
                             "Directory already exists at: '" + wdir().string() + dir + "', so will not be created."))
         << dir;
-}
-
-TEST_F(CreateWDirTest, NonZeroToolCodeIsWarnedAndTheRunGoesOn) {
-  ASSERT_TRUE(create());
+  // A non-zero tool code is warned and the run goes on; the old property file gains a second VALUE_VLT.
   host.clearRecords();
   ::setenv("LIBFORGE_FAIL", "exit:3", 1);
-  // The tool leaves the old property file: a second VALUE_VLT is added.
   EXPECT_TRUE(create());
   ::unsetenv("LIBFORGE_FAIL");
   EXPECT_EQ(host.texts("init", "WARN"), (TLines{"LibForge found problem(s) during creating seed CL: " +
@@ -250,7 +232,7 @@ TEST_F(CreateWDirTest, NonZeroToolCodeIsWarnedAndTheRunGoesOn) {
   EXPECT_TRUE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
 }
 
-TEST_F(CreateWDirTest, ToolThatCannotRunLeavesNoPropertyFile) {
+TEST_F(CreateWDirTest, ToolThatCannotRunOrLibraryCfgThatCannotBeWrittenFails) {
   CTempDir emptyBin;
   host.setService("get rig install bin", emptyBin.str());
   EXPECT_FALSE(create());
@@ -262,10 +244,11 @@ TEST_F(CreateWDirTest, ToolThatCannotRunLeavesNoPropertyFile) {
   // Library.cfg is written before the property file is read.
   EXPECT_TRUE(fs::is_regular_file(wdir() / "seed_library" / "Library.cfg"));
   EXPECT_FALSE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
-}
-
-TEST_F(CreateWDirTest, LibraryCfgThatCannotBeWrittenStopsBeforeTheProperty) {
+  // A Library.cfg that cannot be written stops before the property.
+  host.setService("get rig install bin", VLT_TOOLS_DIR);
+  fs::remove(wdir() / "seed_library" / "Library.cfg");
   fs::create_directories(wdir() / "seed_library" / "Library.cfg");
+  host.clearRecords();
   EXPECT_FALSE(create());
   EXPECT_EQ(host.texts("init", "ERROR"),
             (TLines{"Cannot open Library.cfg file for writing: '" + wdir().string() + "/seed_library/Library.cfg'."}));
@@ -290,8 +273,6 @@ TEST_F(CreateWDirTest, PropertyLinesThatDoNotConvertAreWarned) {
       "*TEXTPROP 221 CELL a\n*TEXTPROP 123456789012 CELL b\n" + valueVltPropertyLine(222) + "\n*TEXTPROP 300 CELL c\n");
 }
 
-// ---- prepare_target_cl --------------------------------------------------------
-
 struct PrepareTargetTest : StartedHostTest {
   fs::path seed() const { return tmp.path() / "seed_library"; }
   fs::path target() const { return tmp.path() / "Library"; }
@@ -312,9 +293,7 @@ TEST_F(PrepareTargetTest, CopiesTheSeedAndAgainWhenTheIndexIsGone) {
   EXPECT_TRUE(fs::is_directory(target() / "SymbolLibs"));
   EXPECT_FALSE(fs::exists(target() / "seed_library"));
   EXPECT_EQ(host.lines(), (TLines{"translation " + kPreparing, "component " + kPreparing}));
-
-  // A second call leaves a filled library alone (checked end to end); without
-  // the index it copies again, into the same directory.
+  // Without the index a second call copies again, into the same directory.
   fs::remove(target() / "Library.zpc");
   writeFile(target() / "SymbolLibs" / "p" / "kept", "x");
   EXPECT_TRUE(NComponent::prepareTargetCL());
