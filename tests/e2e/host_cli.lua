@@ -2,28 +2,21 @@
 -- progress lines, and a Lua error with a long path.
 local t = require("testlib")
 local dir = t.fresh_dir(t.scratch .. "/run")
-local q = t.quote
 
--- Runs the host with a shell word list; gives status, stdout, stderr.
-local function host(words)
-  local ok, _, code = os.execute(q(t.host_binary) .. " " .. words .. " > " .. q(dir .. "/out") .. " 2> " .. q(dir .. "/err"))
-  return (ok == true or ok == 0) and 0 or code, t.read(dir .. "/out"), t.read(dir .. "/err")
-end
-
-local status, out, err = host("--version")
+local status, out, err = t.run({"--version"})
 t.eq(status, 0, "--version")
 assert(out:match("^vlt2hrw%-host %d+%.%d+%.%d+\n$"), out)
 
 local usage = "usage: vlt2hrw-host [OPTIONS] SCRIPT.lua [ARGS...]\n       vlt2hrw-host --summary WDIR\n" ..
               "Try 'vlt2hrw-host --help' for the options.\n"
-status, out, err = host("--log-level FOO x.lua")
-t.eq(status, 2, "unknown level")
-t.eq(err, "vlt2hrw-host: unknown log level FOO; the levels are TRACE, DEBUG, INFO, WARN, ERROR, FATAL, OFF\n" .. usage,
-     "levels listed")
-status, out, err = host("--log")
-t.eq(status, 2, "missing value")
-t.eq(err, "vlt2hrw-host: option --log needs a value\n" .. usage, "usage alone")
-status, out = host("--help")
+for _, c in ipairs({{{"--log-level", "FOO", "x.lua"}, "unknown log level FOO; the levels are TRACE, DEBUG, INFO, " ..
+                       "WARN, ERROR, FATAL, OFF\n"}, {{"--log"}, "option --log needs a value\n"},
+                   {{"--bogus", "x", "x.lua"}, "unknown option --bogus\n"}}) do
+  status, out, err = t.run(c[1])
+  t.eq(status, 2, c[1][1])
+  t.eq(err, "vlt2hrw-host: " .. c[2] .. usage, "message and usage alone")
+end
+status, out = t.run({"--help"})
 t.eq(status, 0, "--help")
 for _, text in ipairs({"--log-format FORM", "--progress MODE", "--summary WDIR", "Exit status:",
                        "  1  the script stopped with a Lua error"}) do
@@ -42,22 +35,19 @@ host.step("Checks")
 create_wdir(arg[2])
 ]])
 local log = dir .. "/host.log"
-status, out, err = host("--progress lines --log-format people --log " .. q(log) .. " " .. q(script) .. " " .. q(dir) .. " " .. q(long))
+status, out, err = t.run({"--progress", "lines", "--log-format", "people", "--log", log, script, dir, long})
 t.eq(status, 1, "Lua error exits 1")
 assert(err:match("^Working directory: done, [0-9.]+ s\nChecks: FAILED %(create_wdir stopped with a Lua error%), [0-9.]+ s\n"),
        "one line per step:\n" .. err)
 assert(err:find("bytes left out", 1, true) and #err < 2000, "the error is shortened:\n" .. err)
 local text = t.read(log)
-local lines = {}
-for line in text:gmatch("[^\n]*\n") do lines[#lines + 1] = line end
-assert(lines[1]:match("^=== %d%d%d%d%-%d%d%-%d%d %d%d:%d%d:%d%d UTC vlt2hrw%-host .* ===\n$"), "header: " .. lines[1])
-t.eq(lines[2]:gsub("^%d%d:%d%d:%d%d%.%d%d%d ", "TIME "),
+local header, first = text:match("^([^\n]*\n)([^\n]*\n)")
+assert(header:match("^=== %d%d%d%d%-%d%d%-%d%d %d%d:%d%d:%d%d UTC vlt2hrw%-host .* ===\n$"), "header: " .. header)
+t.eq(first:gsub("^%d%d:%d%d:%d%d%.%d%d%d ", "TIME "),
      "TIME INFO  init: Creating working directory at: " .. dir .. "/wd\\x01x\n", "time, level, sink, escaped text")
 assert(text:find("\nTIME", 1, true) == nil and text:find("Lua error: ", 1, true), "the Lua error is in the log")
 for line in text:gmatch("[^\n]*ERROR[^\n]*") do assert(#line < 700, "long line: " .. #line) end
 
 -- The exact form: one line per message and sink.
-t.eq(host("--progress off --log-format exact --log " .. q(dir .. "/exact.log") .. " " .. q(script) .. " " .. q(dir) ..
-          " " .. q(long)), 1, "exact run")
-local exact = t.read(dir .. "/exact.log")
-t.starts(exact, "init INFO Creating working directory at: " .. dir .. "/wd\\x01x\n", "exact form")
+t.eq(t.run({"--progress", "off", "--log-format", "exact", "--log", dir .. "/exact.log", script, dir, long}), 1, "exact run")
+t.starts(t.read(dir .. "/exact.log"), "init INFO Creating working directory at: " .. dir .. "/wd\\x01x\n", "exact form")

@@ -14,6 +14,6 @@ t.eq(table.concat(found[1].sources, "|"), "/a/x.y/b|/a/x_y/b|\"/a b/x/y_b\"", "c
 t.eq(select(2, collisions(dir .. "/missing")) ~= nil, true, "a missing map gives a message")
 
 local check = t.source .. "/workflow/symbol_name_collisions.lua"
-t.eq(t.run_host({}, check, map) ~= 0, true, "a collision fails the check")
+t.eq(t.run({check, map}) ~= 0, true, "a collision fails the check")
 t.write(map, "/a/b\tP\tb\n/a/c\tP\tc\n")
-t.eq(t.run_host({}, check, map), 0, "no collision")
+t.eq(t.run({check, map}), 0, "no collision")

@@ -8,12 +8,9 @@ local workflow = t.source .. "/workflow/migrate.lua"
 local examples = t.source .. "/examples"
 
 local function run(options, ...)
-  local words = {t.quote(t.host_binary), "--progress", "off"}
-  for _, o in ipairs(options) do words[#words + 1] = t.quote(o) end
-  words[#words + 1] = t.quote(workflow)
-  for _, a in ipairs({...}) do words[#words + 1] = t.quote(a) end
-  local ok, _, code = os.execute(table.concat(words, " ") .. " > " .. t.quote(out .. "/run.txt") .. " 2>&1")
-  return ok == true and 0 or code, t.read(out .. "/run.txt")
+  local args = {"--progress", "off", unpack(options)}
+  for _, a in ipairs({workflow, ...}) do args[#args + 1] = a end
+  return t.run(args, true)
 end
 
 t.case("usage errors", function()
@@ -40,10 +37,13 @@ t.case("missing library directory and location map", function()
   local status, text = run({}, out .. "/none", out .. "/b")
   t.eq(status, 4, "status")
   assert(text:find("migrate.lua: cannot start: the library directory " .. out .. "/none does not exist\n", 1, true), text)
-  status, text = run({}, examples, out .. "/b", "CORP_LIB", out .. "/no_map")
+  status, text = run({}, examples, out .. "/with blank", "CORP_LIB", out .. "/no_map")
   t.eq(status, 4, "status")
   assert(text:find("migrate.lua: cannot start: the location map " .. out .. "/no_map does not exist\n", 1, true), text)
-  assert(not t.exists(out .. "/b/wdir"), "a working directory was made")
+  assert(not t.exists(out .. "/with blank/wdir"), "a working directory was made")
+  -- A working directory with a blank is warned of before the first step.
+  assert(text:find("migrate.lua: warning: the working directory " .. out .. "/with blank/wdir holds a blank", 1, true),
+         text)
 end)
 
 t.case("a step that answers false", function()
@@ -52,12 +52,5 @@ t.case("a step that answers false", function()
   assert(text:find("migrate.lua: stopped in the step \"Working directory and seed library\": create_wdir answered " ..
                    "false\n", 1, true), text)
   assert(text:find("  the log: the host's standard error (--log FILE keeps it)\n", 1, true), text)
-end)
-
-t.case("a working directory with a blank is warned of before the first step", function()
-  local status, text = run({}, examples, out .. "/with blank", "CORP_LIB", out .. "/no_map")
-  t.eq(status, 4, "status")
-  assert(text:find("migrate.lua: warning: the working directory " .. out .. "/with blank/wdir holds a blank", 1, true),
-         text)
 end)
 t.finish()

@@ -7,12 +7,7 @@ local t = require("testlib")
 local out = t.fresh_dir(t.scratch)
 local workflow = t.source .. "/workflow/migrate.lua"
 
-local function run(...)
-  local words = {t.quote(t.host_binary), "--progress", "off", "--log", t.quote(out .. "/host.log"), t.quote(workflow)}
-  for _, a in ipairs({...}) do words[#words + 1] = t.quote(a) end
-  local ok, _, code = os.execute(table.concat(words, " ") .. " > " .. t.quote(out .. "/run.txt") .. " 2>&1")
-  return ok == true and 0 or code, t.read(out .. "/run.txt")
-end
+local function run(...) return t.run({"--progress", "off", "--log", out .. "/host.log", workflow, ...}, true) end
 
 -- Relative paths of the settings file are taken from its directory.
 t.write(out .. "/settings.lua", [[
