@@ -37,24 +37,19 @@ t.case("saving catalogs", function()
   t.expect_logged(tbl2flat("digital"))
   t.expect_logged("translation INFO Saving catalog: " .. examples .. "/catalogs/ghost")
   t.expect_logged("translation ERROR Tbl2flat program failed for catalog: ghost. Returned code: 2")
-  t.eq(t.exists(catalogs .. "/digital_neut.tlx"), true, "digital neutral file")
-  t.eq(t.exists(catalogs .. "/analog.sym_list.caf"), true, "analog symbol list")
-  t.eq(t.exists(catalogs .. "/ghost_neut.tlx"), false, "no ghost neutral file")
   -- The tool's log: an empty line between the catalogs' output.
   t.golden("catalogs/tbl2flat.log", t.read(log .. "/tbl2flat.log"))
 end)
 
--- With the swap on, the command line ends the options with -w.
-t.case("swap", function()
+t.case("with the swap on, the command line ends the options with -w", function()
   use_part_no_prop(true)
-  host.clear_messages()
   t.eq(save_catalogs(library, map, examples), true, "save_catalogs with swap")
   t.expect_logged(tbl2flat("digital", true))
   use_part_no_prop(false)
   t.eq(save_catalogs(library, map, examples), true, "save_catalogs again")
 end)
 
--- Verifying: the missing neutral file and the tool's own complaint.
+-- Verifying: the missing neutral file (ghost's alone) and the tool's own complaint.
 t.case("verifying", function()
   t.eq(verify_catalogs(library, map, examples), true, "verify_catalogs")
   t.golden("catalogs/verify_catalogs.txt", t.read(log .. "/reports/verify_catalogs.txt"))

@@ -9,9 +9,9 @@
 local t = require("testlib")
 
 local out = t.fresh_dir(t.scratch)
-local status = t.run({"--log", out .. "/host.log", t.source .. "/workflow/migrate.lua", t.source .. "/examples", out})
 -- Every step ran; the sample's planted items are rejected: status 3.
-t.eq(status, 3, "workflow ran to its end with rejected items")
+t.eq(t.run({"--log", out .. "/host.log", t.source .. "/workflow/migrate.lua", t.examples, out}), 3,
+     "workflow ran to its end with rejected items")
 
 local exact = {["wdir/log/reports/verify_pdb.txt"] = true, ["wdir/log/rejected_parts.caf"] = true}
 -- Path levels count from the root of the file system: the golden copies

@@ -26,7 +26,6 @@ t.eq(set_symbol_path_levels(start + 1, stop + 1, depth), true, "set_symbol_path_
 t.eq(set_catalog_symbols_only(true), true, "catalog symbols only")
 t.eq(create_symbol_partition_list(library, map, examples, false), true, "create_symbol_partition_list")
 rid = get_symbol_partition_list()
-t.eq(get_2d_list_size(rid), 3, "three partitions")
 local renamed, to = new_2d_list(), {analog = "mixed", digital = "mixed"}
 for i = 0, 2 do
   local name = get_2d_list_item(rid, i, 0)
