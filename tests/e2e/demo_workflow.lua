@@ -1,11 +1,10 @@
 -- The main job: the default workflow migrates the sample library. The files
--- that tell what a migration did (configuration, lists, reports, index,
--- name map) match their golden copies, every file under tests/e2e/golden/demo/
--- (UPDATE_GOLDEN=1 rewrites them; a new one starts as an empty file); catalogs and directories come in the
--- directory order of the machine, so a file passes whose lines are the
--- golden ones in another order (the parts database report and the rejected
--- parts excepted). The index holds a line for every target symbol file
--- made; the bulk outputs are checked by a sample.
+-- that tell what a migration did match their golden copies, every file under
+-- tests/e2e/golden/demo/ (UPDATE_GOLDEN=1 rewrites them; a new one starts as
+-- an empty file). Catalogs and directories come in the directory order of the
+-- machine, so a file passes whose lines are the golden ones in another order
+-- (the parts database report and the rejected parts excepted). The index holds
+-- a line for every target symbol file made; the bulk outputs are checked by a sample.
 local t = require("testlib")
 
 local out = t.fresh_dir(t.scratch)

@@ -5,17 +5,15 @@
 local t = require("testlib")
 
 local out = t.fresh_dir(t.scratch)
-local gen = t.bin .. "/vlt2hrw-gen-library"
-local function generate(dir, seed)
-  return t.sh(t.quote(gen) .. " 50 " .. t.quote(dir) .. " --catalogs 2 --parts 30 --seed " .. seed .. " >/dev/null 2>&1")
+local function generate(dir)
+  return t.sh(t.quote(t.bin .. "/vlt2hrw-gen-library") .. " 50 " .. t.quote(dir) .. " --catalogs 2 --parts 30 --seed 7 >/dev/null 2>&1")
 end
 
 t.case("generated deterministically", function()
-  assert(generate(out .. "/lib", 7), "generator failed")
-  assert(generate(out .. "/again", 7), "generator failed")
+  assert(generate(out .. "/lib") and generate(out .. "/again"), "generator failed")
   assert(t.sh("diff -r " .. t.quote(out .. "/lib") .. " " .. t.quote(out .. "/again") .. " >/dev/null"),
          "two runs with one seed differ")
-  assert(not generate(out .. "/lib", 7), "the generator wrote into a library that exists")
+  assert(not generate(out .. "/lib"), "the generator wrote into a library that exists")
   t.eq(select(2, assert(t.read(out .. "/lib/catalogs/cat1")):gsub("\nPART ", "")), 30, "parts of the second catalog")
 end)
 

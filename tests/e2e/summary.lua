@@ -5,8 +5,7 @@ local t = require("testlib")
 -- A working directory as a finished run leaves it, made by hand: two
 -- converted symbols of the sample library, one rejected symbol, one target
 -- name claimed twice, reports with findings, a rejected part.
-local wdir = t.scratch .. "/wdir"
-t.fresh_dir(t.scratch)
+local wdir = t.fresh_dir(t.scratch) .. "/wdir"
 t.fixture("summary_wdir", wdir)
 
 t.eq(t.sh(t.quote(t.bin .. "/vlt2hrw-summary") .. " " .. t.quote(wdir) .. " > " .. t.quote(t.scratch .. "/out.txt")), true,
@@ -16,9 +15,8 @@ t.eq(t.read(t.scratch .. "/out.txt"), "summary: " .. wdir .. "/summary.html\n", 
 -- depth collisions, claimed target names; the pictures stay in the page.
 local json = t.read(wdir .. "/summary.json")
 t.golden("summary/summary.json", json)
--- The page: the facts with the drawings of source and target, no reference
--- to anything outside the file.
--- nand2 drawn from the version the converter read (SOURCE), res from its highest.
+-- The page: the facts with the drawings of source and target (nand2 from the version the
+-- converter read, SOURCE, res from its highest), no reference to anything outside the file.
 local html = t.read(wdir .. "/summary.html")
 assert(html:find('["nand2","U?",0,0,6,4,[["A","1",0,3,"L"],["B","2",0,1,"L"],["Y","3",6,2,"R"]]]', 1, true), "source drawing")
 assert(html:find('["res","R?",0,0,6,2,[["1","1",0,1,"L"],["2","2",6,1,"R"]]]', 1, true), "highest version")

@@ -9,8 +9,7 @@ if not browser then
   return
 end
 
-local wdir = t.scratch .. "/wdir"
-t.fresh_dir(t.scratch)
+local wdir = t.fresh_dir(t.scratch) .. "/wdir"
 t.fixture("summary_wdir", wdir)
 t.eq(t.run({"--summary", wdir}), 0, "summary written")
 local profile = t.fresh_dir(t.scratch .. "/profile")

@@ -8,9 +8,7 @@ local map, wdir = t.on_sample("wdir", true)
 local examples, library = t.examples, "CORP_LIB"
 local config, lists = wdir .. "/config", wdir .. "/neutral/symbol_lists"
 
-local rid = get_catalog_list(library, map, examples)
-t.eq(save_catalog_list(rid), true, "save_catalog_list")
-remove_1d_list(rid)
+t.eq(save_catalog_list(get_catalog_list(library, map, examples)), true, "save_catalog_list of every catalog")
 t.eq(save_catalogs(library, map, examples), true, "save_catalogs")
 t.eq(save_default_symbol_config(library, map, examples), true, "save_default_symbol_config")
 local ok, start, stop, depth = get_symbol_path_levels()
@@ -25,7 +23,7 @@ t.eq(set_symbol_path_levels(start + 1, stop + 1, depth), true, "set_symbol_path_
 -- From here on the lists are the catalogs' own, with their trees.
 t.eq(set_catalog_symbols_only(true), true, "catalog symbols only")
 t.eq(create_symbol_partition_list(library, map, examples, false), true, "create_symbol_partition_list")
-rid = get_symbol_partition_list()
+local rid = get_symbol_partition_list()
 local renamed, to = new_2d_list(), {analog = "mixed", digital = "mixed"}
 for i = 0, 2 do
   local name = get_2d_list_item(rid, i, 0)

@@ -4,9 +4,9 @@
 local t = require("testlib")
 
 local out = t.fresh_dir(t.scratch)
-local workflow = t.source .. "/workflow/migrate.lua"
-
-local function run(...) return t.run({"--progress", "off", "--log", out .. "/host.log", workflow, ...}, true) end
+local function run(...)
+  return t.run({"--progress", "off", "--log", out .. "/host.log", t.source .. "/workflow/migrate.lua", ...}, true)
+end
 
 -- Relative paths of the settings file are taken from its directory.
 t.write(out .. "/settings.lua", [[

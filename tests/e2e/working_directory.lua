@@ -6,9 +6,8 @@ local t = require("testlib")
 local scratch = t.fresh_dir(t.scratch)
 
 -- A parent that does not exist: the filesystem error reaches the script.
-local ok, message = pcall(create_wdir, scratch .. "/missing/wdir")
-t.eq(ok, false, "create_wdir under a missing parent")
-assert(message:find("boost::filesystem::create_directory", 1, true), message)
+local message = select(2, pcall(create_wdir, scratch .. "/missing/wdir"))
+assert(type(message) == "string" and message:find("boost::filesystem::create_directory", 1, true), message)
 t.eq(t.exists(scratch .. "/missing"), false, "nothing made")
 
 -- The whole road on a working directory whose path holds a blank.
@@ -23,7 +22,6 @@ local function unix(p) return p:find("[ ;#&()'=]") and '"' .. p .. '"' or p end
 local wdir = scratch .. "/work dir"
 host.set_wdir(wdir)
 host.set_library(t.source)
-host.clear_messages()
 t.eq(create_wdir(wdir), true, "create_wdir")
 local command = "cmd /c " .. win(tools .. "/libforge.exe") .. " -CreateSeed -zpcpath=" ..
                 unix(wdir .. "/seed_library/Library.zpc") .. " -log=" .. unix(wdir .. "/log/libforge_int.log") ..

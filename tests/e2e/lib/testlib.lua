@@ -11,8 +11,7 @@ function M.quote(text) return "'" .. text:gsub("'", "'\\''") .. "'" end
 
 -- A fresh, empty scratch directory (removed first).
 function M.fresh_dir(path)
-  M.sh("rm -rf " .. M.quote(path) .. " && mkdir -p " .. M.quote(path))
-  return path
+  return assert(M.sh("rm -rf " .. M.quote(path) .. " && mkdir -p " .. M.quote(path))) and path
 end
 
 function M.read(path)
@@ -88,8 +87,7 @@ function M.golden(name, text, any_order)
     M.sh("mkdir -p " .. M.quote(file:match("^(.*)/")))
     return M.write(file, text)
   end
-  local expected = M.read(file)
-  if expected == nil then error("no golden file " .. name .. " (run with UPDATE_GOLDEN=1)", 2) end
+  local expected = M.read(file) or error("no golden file " .. name .. " (run with UPDATE_GOLDEN=1)", 2)
   if text ~= expected and not (any_order and sorted_lines(text) == sorted_lines(expected)) then
     error(string.format("%s differs from its golden file:\n-- expected:\n%s\n-- got:\n%s", name, expected, text), 2)
   end
