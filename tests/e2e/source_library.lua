@@ -3,14 +3,10 @@
 -- (both sinks, every level) match tests/e2e/golden/source_library/<case>.log.
 local t = require("testlib")
 
-local examples = t.source .. "/examples"
-local scratch = t.fresh_dir(t.scratch)
-local make_location_map = dofile(examples .. "/make_location_map.lua")
+local map = t.on_sample("wdir")
+local examples, scratch = t.examples, t.scratch
 local definition_name = "/vlt_library_definition.library_definition"
 local sample_definition = t.read(examples .. definition_name)
-host.set_wdir(t.fresh_dir(scratch .. "/wdir"))
-host.set_library(examples)
-local map = make_location_map(examples, scratch)
 
 -- A case runs its calls on a cleared log and compares the log with its golden file.
 local function case(name, body)
@@ -25,20 +21,10 @@ case("location map of the sample", function()
   t.golden("source_library/location_map", t.read(map))
   t.eq(check_qrn_location_map(map), true, "location map check")
 end)
-case("definition file of the sample", function()
-  t.eq(check_vlt_library_definition_file(examples), true, "definition file check")
-end)
+case("definition file of the sample", function() t.eq(check_vlt_library_definition_file(examples), true, "check") end)
 case("released library", function() t.eq(check_vlt_library("CORP_LIB", map, examples), true, "library check") end)
-case("development library", function()
-  t.eq(check_vlt_library("CORP_DEV", map, examples), true, "development library check")
-end)
-case("library list", function()
-  local rid = get_vlt_library_list(examples)
-  t.eq(get_1d_list_size(rid), 2, "two libraries")
-  t.eq(get_1d_list_item(rid, 0), "CORP_LIB", "first library")
-  t.eq(get_1d_list_item(rid, 1), "CORP_DEV", "second library")
-  remove_1d_list(rid)
-end)
+case("development library", function() t.eq(check_vlt_library("CORP_DEV", map, examples), true, "library check") end)
+case("library list", function() t.eq(t.items(get_vlt_library_list(examples)), "CORP_LIB,CORP_DEV", "libraries") end)
 
 -- A location map with a missing path, a second path, an orphan and a
 -- prefix without paths: still true, listing what it has; evaluated with it,
@@ -53,24 +39,11 @@ end)
 
 -- A library whose definition file is broken.
 local defs = t.fresh_dir(scratch .. "/defs")
-t.write(defs .. definition_name, table.concat({
-  "stray words before any library",
-  "released \"CORP_LIB\"",
-  "    DIGITAL $CORP_LIB/components/digital -qrn_component",
-  "{",
-  "    ANALOG $CORP_LIB/components/analog -qrn_component",
-  "}",
-  "released \"LOST\" {",
-  "    X $CORP_LIB/x",
-  "development \"OPEN\" {",
-  "    ANALOG $CORP_LIB/components/analog -qrn_component"}, "\n") .. "\n")
+t.fixture("broken.library_definition", defs .. definition_name)
 case("broken definition file", function()
   host.set_library(defs)
   t.eq(check_vlt_library_definition_file(defs), true, "broken definition file still checks")
-  local rid = get_vlt_library_list(defs)
-  t.eq(get_1d_list_size(rid), 2, "LOST never reaches the list")
-  t.eq(get_1d_list_item(rid, 1), "OPEN", "unclosed last library")
-  remove_1d_list(rid)
+  t.eq(t.items(get_vlt_library_list(defs)), "CORP_LIB,OPEN", "LOST never reaches the list, the unclosed last does")
   t.eq(check_vlt_library("LOST", map, defs), false, "dropped library")
 end)
 

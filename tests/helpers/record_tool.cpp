@@ -12,9 +12,8 @@
 int main(int argc, char** argv) {
   const char* dir = std::getenv("RECORD_TOOL_DIR");
   if (dir == nullptr) return 0;
-  std::string name = argv[0];
-  name = name.substr(name.find_last_of('/') + 1);
-  std::string line = name, input;
+  const std::string self = argv[0];
+  std::string line = self.substr(self.find_last_of('/') + 1), input;
   bool script = false;
   for (int i = 1; i < argc; ++i) {
     line += (i == 1 ? " " : "|") + std::string(argv[i]);

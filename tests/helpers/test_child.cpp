@@ -1,17 +1,11 @@
 // A child for the process starter tests. Its arguments are commands, done in
-// order:
-//   report=FILE   later prints go to FILE (truncated) instead of stdout
-//   args          prints "arg:<argument>" for every argument
-//   env           prints "env:<entry>" for every environment entry, in order
-//   fds           prints "fd:<n>" for every open descriptor
-//   cwd           prints "cwd:<directory>"
-//   out=TEXT      writes TEXT and a line feed to stdout
-//   err=TEXT      writes TEXT and a line feed to stderr
-//   stdin=FILE    copies standard input to FILE up to its end
-//   sleep=MS      sleeps
-//   spin=MS       keeps the processor busy
-//   exit=N        ends with code N
-//   signal=N      ends by signal N
+// order: report=FILE (later prints go to FILE, truncated, not to stdout),
+// args ("arg:<argument>" for every argument), env ("env:<entry>" for every
+// environment entry, in order), fds ("fd:<n>" for every open descriptor),
+// cwd ("cwd:<directory>"), out=TEXT and err=TEXT (TEXT and a line feed to
+// stdout, to stderr), stdin=FILE (copies standard input to FILE up to its
+// end), sleep=MS, spin=MS (keeps the processor busy), exit=N (ends with code
+// N), signal=N (ends by signal N).
 #include <dirent.h>
 #include <signal.h>
 #include <unistd.h>
@@ -31,9 +25,9 @@ int main(int argc, char** argv) {
   std::ofstream report;
   auto out = [&]() -> std::ostream& { return report.is_open() ? static_cast<std::ostream&>(report) : std::cout; };
   for (int i = 1; i < argc; ++i) {
-    std::string command = argv[i];
-    std::string value = command.find('=') != std::string::npos ? command.substr(command.find('=') + 1) : "";
-    if (command.rfind("report=", 0) == 0) {
+    const std::string command = argv[i], value = command.substr(command.find('=') + 1);
+    auto is = [&](const char* prefix) { return command.rfind(prefix, 0) == 0; };
+    if (is("report=")) {
       report.open(value, std::ios::binary | std::ios::trunc);
     } else if (command == "args") {
       for (int j = 1; j < argc; ++j) out() << "arg:" << argv[j] << '\n';
@@ -49,27 +43,26 @@ int main(int argc, char** argv) {
     } else if (command == "cwd") {
       char buffer[4096];
       out() << "cwd:" << (getcwd(buffer, sizeof buffer) != nullptr ? buffer : "?") << '\n';
-    } else if (command.rfind("out=", 0) == 0) {
+    } else if (is("out=")) {
       std::cout << value << std::endl;
-    } else if (command.rfind("err=", 0) == 0) {
+    } else if (is("err=")) {
       std::cerr << value << std::endl;
-    } else if (command.rfind("stdin=", 0) == 0) {
+    } else if (is("stdin=")) {
       std::ofstream copy(value, std::ios::binary | std::ios::trunc);
       char buffer[65536];
       ssize_t count;
       while ((count = read(0, buffer, sizeof buffer)) > 0) copy.write(buffer, count);
-    } else if (command.rfind("sleep=", 0) == 0) {
+    } else if (is("sleep=")) {
       std::this_thread::sleep_for(std::chrono::milliseconds(std::atol(value.c_str())));
-    } else if (command.rfind("spin=", 0) == 0) {
+    } else if (is("spin=")) {
       auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(std::atol(value.c_str()));
       volatile unsigned long work = 0;
       while (std::chrono::steady_clock::now() < end) ++work;
-    } else if (command.rfind("exit=", 0) == 0) {
+    } else if (is("exit=")) {
       out().flush();
       return std::atoi(value.c_str());
-    } else if (command.rfind("signal=", 0) == 0) {
+    } else if (is("signal=")) {
       out().flush();
-      std::cout.flush();
       signal(std::atoi(value.c_str()), SIG_DFL);
       raise(std::atoi(value.c_str()));
     }

@@ -2,11 +2,11 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
-#include "components/hpp/component.hpp"
 #include "components/hpp/script_functions.hpp"
 
 namespace fs = boost::filesystem;
@@ -24,8 +24,7 @@ TLines list1D(const std::string& rid) {
   return items;
 }
 
-CTempDir::CTempDir() {
-  mPath = fs::temp_directory_path() / fs::unique_path("vlt2hrw-test-%%%%-%%%%-%%%%");
+CTempDir::CTempDir() : mPath(fs::temp_directory_path() / fs::unique_path("vlt2hrw-test-%%%%-%%%%-%%%%")) {
   fs::create_directories(mPath);
 }
 
@@ -45,53 +44,41 @@ bool CFakeHost::start() {
   return NComponent::InitComponent(&params, &s);
 }
 
-void CFakeHost::release() {
-  if (params.releaseComponent != nullptr) params.releaseComponent();
-}
-
 log4cxx::LoggerPtr CFakeHost::logger(const std::string& service) {
   log4cxx::LoggerPtr served;
   services().requestService(service, nullptr, &served);
   return served;
 }
 
-std::vector<std::string> CFakeHost::lines() const {
-  std::vector<std::string> out;
-  for (const auto& r : records()) out.push_back(r.sink + " " + r.level + " " + r.message);
+void CFakeHost::release() {
+  if (params.releaseComponent != nullptr) params.releaseComponent();
+}
+
+// An empty `sink` or `level` stands for every one, and the lines then begin with it.
+TLines CFakeHost::texts(const std::string& sink, const std::string& level) const {
+  TLines out;
+  for (const auto& r : records())
+    if ((sink.empty() || r.sink == sink) && (level.empty() || r.level == level))
+      out.push_back((sink.empty() ? r.sink + " " : "") + (level.empty() ? r.level + " " : "") + r.message);
   return out;
 }
 
-std::vector<std::string> CFakeHost::lines(const std::string& sink) const {
-  std::vector<std::string> out;
-  for (const auto& r : records())
-    if (r.sink == sink) out.push_back(r.level + " " + r.message);
-  return out;
-}
-
-std::vector<std::string> CFakeHost::texts(const std::string& sink, const std::string& level) const {
-  std::vector<std::string> out;
-  for (const auto& r : records())
-    if (r.sink == sink && r.level == level) out.push_back(r.message);
-  return out;
-}
+TLines CFakeHost::lines() const { return texts("", ""); }
+TLines CFakeHost::lines(const std::string& sink) const { return texts(sink, ""); }
 
 bool CFakeHost::logged(const std::string& sink, const std::string& level, const std::string& text) const {
-  for (const auto& r : records())
-    if (r.sink == sink && r.level == level && r.message == text) return true;
-  return false;
+  const TLines all = texts(sink, level);
+  return std::find(all.begin(), all.end(), text) != all.end();
 }
 
 std::string readFile(const fs::path& file) {
   std::ifstream in(file.string(), std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 void writeFile(const fs::path& file, const std::string& text) {
   if (file.has_parent_path()) fs::create_directories(file.parent_path());
-  std::ofstream out(file.string(), std::ios::binary);
-  out << text;
+  std::ofstream(file.string(), std::ios::binary) << text;
 }
 
 }  // namespace vlttest

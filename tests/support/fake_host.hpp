@@ -2,6 +2,8 @@
 // The in-process fake host of the unit tests: a host core whose services
 // the component is started with, and helpers to look at what it logged.
 
+#include <gtest/gtest.h>
+
 #include <boost/filesystem.hpp>
 #include <string>
 #include <vector>
@@ -24,24 +26,18 @@ class CTempDir {
   boost::filesystem::path mPath;
 };
 
+// A host with the shipped component directory and the tool simulators.
 class CFakeHost : public vlthost::CHostCore {
  public:
-  // A host with the shipped component directory and the tool simulators.
   CFakeHost();
-  // InitComponent with these services; true when it started.
-  bool start();
+  bool start();  // InitComponent with these services; true when it started
   void release();
 
-  // Messages as "<sink> <LEVEL> <text>" lines, in order.
-  std::vector<std::string> lines() const;
-  // Lines of one sink ("init", "translation", "component").
-  std::vector<std::string> lines(const std::string& sink) const;
-  // The texts logged at `level` on `sink`.
-  std::vector<std::string> texts(const std::string& sink, const std::string& level) const;
+  TLines lines() const;                         // "<sink> <LEVEL> <text>", in order
+  TLines lines(const std::string& sink) const;  // "<LEVEL> <text>" of "init", "translation" or "component"
+  TLines texts(const std::string& sink, const std::string& level) const;
   bool logged(const std::string& sink, const std::string& level, const std::string& text) const;
-
-  // A logger the host serves by that service name ("get component
-  // translation logger", "get component initialization logger").
+  // The logger served by that name ("get component translation logger", ...).
   log4cxx::LoggerPtr logger(const std::string& service);
 
   void setWdir(const std::string& dir) { setService("get wdir", dir); }
@@ -52,23 +48,14 @@ class CFakeHost : public vlthost::CHostCore {
 
 std::string readFile(const boost::filesystem::path& file);
 void writeFile(const boost::filesystem::path& file, const std::string& text);
-// The exit code of a shell command line, -1 when it did not exit.
-int shell(const std::string& command);
-// The items of a one-dimensional script list.
-TLines list1D(const std::string& rid);
-
-}  // namespace vlttest
-
-#include <gtest/gtest.h>
-
-namespace vlttest {
+int shell(const std::string& command);  // the exit code, -1 when it did not exit
+TLines list1D(const std::string& rid);  // the items of a one-dimensional list
 
 // A started component on a fake host whose working directory is a fresh
 // temporary directory; messages of the start are cleared.
 struct StartedHostTest : ::testing::Test {
   CFakeHost host;
   CTempDir tmp;
-
   void SetUp() override {
     ASSERT_TRUE(host.start());
     host.setWdir(tmp.str());
@@ -77,23 +64,18 @@ struct StartedHostTest : ::testing::Test {
   void TearDown() override { host.release(); }
 };
 
-// A started component whose working directory "<tmp>/wdir" holds config,
-// log/reports and neutral/catalogs; the source library is the temporary
-// directory. Fixtures call this SetUp first and write their files after.
-struct WorkDirHostTest : ::testing::Test {
-  CFakeHost host;
-  CTempDir tmp;
+// The same with the working directory "<tmp>/wdir" holding config,
+// log/reports and neutral/catalogs, and the temporary directory as the
+// source library. Fixtures call this SetUp first and write their files after.
+struct WorkDirHostTest : StartedHostTest {
   boost::filesystem::path wdir = tmp.path() / "wdir", config = wdir / "config", log = wdir / "log",
                           neutral = wdir / "neutral", catalogs = neutral / "catalogs";
-
   void SetUp() override {
     for (const auto& dir : {config, log / "reports", catalogs}) boost::filesystem::create_directories(dir);
-    ASSERT_TRUE(host.start());
+    StartedHostTest::SetUp();
     host.setWdir(wdir.string());
     host.setLibrary(tmp.str());
-    host.clearRecords();
   }
-  void TearDown() override { host.release(); }
 };
 
 }  // namespace vlttest

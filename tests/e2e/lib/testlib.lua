@@ -2,21 +2,16 @@
 -- Every script gets: arg[1] source dir, arg[2] scratch dir, arg[3] host binary.
 local M = {}
 
-M.source = arg[1]
-M.scratch = arg[2]
-M.host_binary = arg[3]
+M.source, M.scratch, M.host_binary = arg[1], arg[2], arg[3]
+M.bin = M.host_binary:match("^(.*)/[^/]*$")
 
-function M.sh(command)
-  local ok = os.execute(command)
-  return ok == true or ok == 0
-end
+function M.sh(command) return os.execute(command) == true end
 
 function M.quote(text) return "'" .. text:gsub("'", "'\\''") .. "'" end
 
 -- A fresh, empty scratch directory (removed first).
 function M.fresh_dir(path)
-  M.sh("rm -rf " .. M.quote(path) .. " && mkdir -p " .. M.quote(path))
-  return path
+  return assert(M.sh("rm -rf " .. M.quote(path) .. " && mkdir -p " .. M.quote(path))) and path
 end
 
 function M.read(path)
@@ -27,11 +22,7 @@ function M.read(path)
   return text
 end
 
-function M.write(path, text)
-  local f = assert(io.open(path, "wb"))
-  f:write(text)
-  f:close()
-end
+function M.write(path, text) assert(io.open(path, "wb")):write(text):close() end
 
 function M.exists(path) return M.sh("test -e " .. M.quote(path)) end
 
@@ -42,15 +33,9 @@ function M.lines()
   return out
 end
 
-function M.logged(line)
-  for _, l in ipairs(M.lines()) do if l == line then return true end end
-  return false
-end
-
 function M.expect_logged(line)
-  if not M.logged(line) then
-    error("expected log line not found: " .. line .. "\n-- log:\n" .. table.concat(M.lines(), "\n"), 2)
-  end
+  for _, l in ipairs(M.lines()) do if l == line then return end end
+  error("expected log line not found: " .. line .. "\n-- log:\n" .. table.concat(M.lines(), "\n"), 2)
 end
 
 function M.eq(actual, expected, what)
@@ -80,24 +65,7 @@ function M.finish()
   if #failed > 0 then error(#failed .. " case(s) failed:\n" .. table.concat(failed, "\n"), 0) end
 end
 
--- Every occurrence of `from` in `text` replaced by `to`, literally.
-function M.replace_all(text, from, to)
-  local at, parts = 1, {}
-  while true do
-    local first, last = text:find(from, at, true)
-    if not first then break end
-    parts[#parts + 1] = text:sub(at, first - 1) .. to
-    at = last + 1
-  end
-  return table.concat(parts) .. text:sub(at)
-end
-
--- A text with the scratch and source directories written as @SCRATCH@ and
--- @SOURCE@, as the golden files hold them.
-function M.neutral(text)
-  return M.replace_all(M.replace_all(text, M.scratch, "@SCRATCH@"), M.source, "@SOURCE@")
-end
-
+local function literal(s) return (s:gsub("%p", "%%%0")) end
 local function sorted_lines(text)
   local lines = {}
   for line in text:gmatch("[^\n]*\n?") do lines[#lines + 1] = line end
@@ -105,7 +73,8 @@ local function sorted_lines(text)
   return table.concat(lines)
 end
 
--- Compares a text with tests/e2e/golden/<name> (after M.neutral); with
+-- Compares a text, with the scratch and source directories written as
+-- @SCRATCH@ and @SOURCE@, with tests/e2e/golden/<name>; with
 -- UPDATE_GOLDEN=1 writes the golden file instead. With `any_order`, a text
 -- that holds the golden lines in another order passes too (for outputs
 -- whose order follows the directory iteration order of the machine).
@@ -113,14 +82,12 @@ M.golden_dir = M.source .. "/tests/e2e/golden"
 M.updating = os.getenv("UPDATE_GOLDEN") == "1"
 function M.golden(name, text, any_order)
   local file = M.golden_dir .. "/" .. name
-  text = M.neutral(text)
+  text = text:gsub(literal(M.scratch), "@SCRATCH@"):gsub(literal(M.source), "@SOURCE@")
   if M.updating then
     M.sh("mkdir -p " .. M.quote(file:match("^(.*)/")))
-    M.write(file, text)
-    return
+    return M.write(file, text)
   end
-  local expected = M.read(file)
-  if expected == nil then error("no golden file " .. name .. " (run with UPDATE_GOLDEN=1)", 2) end
+  local expected = M.read(file) or error("no golden file " .. name .. " (run with UPDATE_GOLDEN=1)", 2)
   if text ~= expected and not (any_order and sorted_lines(text) == sorted_lines(expected)) then
     error(string.format("%s differs from its golden file:\n-- expected:\n%s\n-- got:\n%s", name, expected, text), 2)
   end
@@ -133,24 +100,46 @@ function M.take_log()
   return text
 end
 
--- Lines of a command's standard output.
-function M.output_lines(command)
-  local pipe = assert(io.popen(command))
+-- The items of a list (sorted with `sorted`) joined by commas; removes it.
+function M.items(rid, sorted)
   local out = {}
-  for line in pipe:lines() do out[#out + 1] = line end
-  pipe:close()
-  return out
+  for i = 0, get_1d_list_size(rid) - 1 do out[#out + 1] = get_1d_list_item(rid, i) end
+  remove_1d_list(rid)
+  if sorted then table.sort(out) end
+  return table.concat(out, ",")
 end
 
--- Runs a host with its own options and script; gives the exit status.
-function M.run_host(options, script, ...)
-  local words = {M.quote(M.host_binary)}
-  for _, o in ipairs(options) do words[#words + 1] = M.quote(o) end
-  words[#words + 1] = M.quote(script)
-  for _, a in ipairs({...}) do words[#words + 1] = M.quote(a) end
-  local ok, _, code = os.execute(table.concat(words, " ") .. " >/dev/null 2>&1")
-  if ok == true then return 0 end
-  return code
+-- Copies tests/e2e/fixtures/<name> (a file or a directory's content) to
+-- `to`, with @SOURCE@ in its files standing for the source directory.
+function M.fixture(name, to)
+  assert(M.sh("cp -R " .. M.quote(M.source .. "/tests/e2e/fixtures/" .. name) .. " " .. M.quote(to)))
+  local files = io.popen("find " .. M.quote(to) .. " -type f")
+  for file in files:lines() do M.write(file, (M.read(file):gsub("@SOURCE@", (M.source:gsub("%%", "%%%%"))))) end
+  files:close()
+end
+
+-- The sample library: a fresh scratch directory holding a location map of
+-- it, the host's library and working directory (`name` in the scratch
+-- directory, made by create_wdir when `create`, else empty) set. Gives the
+-- location map and the working directory.
+M.examples = M.source .. "/examples"
+function M.on_sample(name, create)
+  local wdir = M.fresh_dir(M.scratch) .. "/" .. name
+  host.set_wdir(wdir)
+  host.set_library(M.examples)
+  host.set_service("get qlln installation path", M.scratch .. "/qlln")
+  if create then M.eq(create_wdir(wdir), true, "create_wdir") else M.fresh_dir(wdir) end
+  return dofile(M.examples .. "/make_location_map.lua")(M.examples, M.scratch), wdir
+end
+
+-- Runs a host with these arguments; gives the exit status, its standard
+-- output and its standard error (or both in one text, `merged`).
+function M.run(args, merged)
+  local words, out, err = {M.quote(M.host_binary)}, M.scratch .. "-out.txt", M.scratch .. "-err.txt"
+  for _, a in ipairs(args) do words[#words + 1] = M.quote(a) end
+  local ok, _, code = os.execute(table.concat(words, " ") .. " > " .. M.quote(out) .. " 2>" ..
+                                 (merged and "&1" or " " .. M.quote(err)))
+  return ok and 0 or code, M.read(out), not merged and M.read(err) or nil
 end
 
 return M
