@@ -1,9 +1,14 @@
 // The list of symbols to translate (the walk of the component tree, the
 // merge of the catalogs' symbol lists) and save_default_symbol_config.
 
+#include <dirent.h>
+#include <sys/stat.h>
+
 #include <boost/filesystem.hpp>
 #include <boost/regex.hpp>
+#include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "catalog_helpers.hpp"
@@ -20,38 +25,63 @@ using rig_common::CSymbolList;
 
 namespace NVlt2HrwHelpers {
 
+namespace {
+
+// A directory's identity, the same whatever path reaches it.
+using TDirectoryId = std::pair<dev_t, ino_t>;
+
+// What a directory entry is: a regular file as readdir says, otherwise what
+// a stat finds (a directory's identity goes to `id`), so that links count
+// as what they point to.
+enum class TEntryType { kDirectory, kRegular, kOther };
+TEntryType entryType(const fs::path& dir, const dirent& entry, TDirectoryId& id) {
+  if (entry.d_type == DT_REG) return TEntryType::kRegular;
+  struct stat info;
+  if (entry.d_type != DT_DIR && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return TEntryType::kOther;
+  if (stat((dir / entry.d_name).c_str(), &info) != 0) return TEntryType::kOther;
+  id = {info.st_dev, info.st_ino};
+  if (S_ISDIR(info.st_mode)) return TEntryType::kDirectory;
+  return S_ISREG(info.st_mode) ? TEntryType::kRegular : TEntryType::kOther;
+}
+
+}  // namespace
+
 bool buildSymbolList(const CScriptCall& call, CSymbolList& list, const fs::path& symbolRoot) {
   RIG_LOG(call, Debug, "Building list of all symbols in symbol root: " << symbolRoot.string());
-  if (!fs::is_directory(symbolRoot)) {
+  struct stat rootInfo;
+  if (!fs::is_directory(symbolRoot) || stat(symbolRoot.c_str(), &rootInfo) != 0) {
     RIG_LOG(call, Error, "Symbol root directory does not exist: " << symbolRoot.string());
     return false;
   }
-  // Every directory below the root, the root itself not among them.
-  // A directory reached a second time through a link is not walked again,
-  // so a link to an ancestor cannot make the walk endless.
-  std::vector<fs::path> directories;
-  std::set<fs::path> visited;
-  boost::system::error_code error;
-  visited.insert(fs::canonical(symbolRoot, error));
-  const auto listDirectories = [&](const fs::path& dir) {
-    for (fs::directory_iterator it(dir), end; it != end; ++it) {
-      if (!fs::is_directory(it->status())) continue;
-      const fs::path real = fs::canonical(it->path(), error);
-      if (!error && !visited.insert(real).second) continue;
-      directories.push_back(it->path());
-    }
-  };
-  listDirectories(symbolRoot);
-  for (std::size_t next = 0; next < directories.size(); ++next) listDirectories(fs::path(directories[next]));
+  // Every directory below the root, breadth first, each read once: its
+  // subdirectories go to the queue, its symbol files to the list. A
+  // directory reached a second time through a link is not walked again, so
+  // a link to an ancestor cannot make the walk endless. The entry types come
+  // with the directory listing; only links and untyped entries cost a stat.
+  std::vector<fs::path> queue{symbolRoot};
+  std::set<TDirectoryId> visited{{rootInfo.st_dev, rootInfo.st_ino}};
   const boost::regex symbolFile("\\S+\\.smbl_\\d+$");
   const boost::regex version("\\.smbl_\\d+$");
   std::set<std::string> paths;
-  for (const fs::path& dir : directories)
-    for (fs::directory_iterator it(dir), end; it != end; ++it) {
-      if (!fs::is_regular_file(it->status())) continue;
-      if (!boost::regex_match(it->path().filename().string(), symbolFile)) continue;
-      paths.insert(boost::regex_replace(it->path().string(), version, ""));
+  for (std::size_t next = 0; next < queue.size(); ++next) {
+    const fs::path dir = queue[next];
+    std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(dir.c_str()), closedir);
+    if (!stream) {
+      fs::directory_iterator raise(dir);  // reports the reason as the file system error it is
+      continue;
     }
+    while (const dirent* entry = readdir(stream.get())) {
+      const std::string name = entry->d_name;
+      if (name == "." || name == "..") continue;
+      TDirectoryId id{};
+      const TEntryType type = entryType(dir, *entry, id);
+      if (type == TEntryType::kDirectory) {
+        if (visited.insert(id).second) queue.push_back(dir / name);
+      } else if (type == TEntryType::kRegular && next > 0 && boost::regex_match(name, symbolFile)) {
+        paths.insert(boost::regex_replace((dir / name).string(), version, ""));
+      }
+    }
+  }
   // A set iterates in ascending byte order already.
   list.assign(paths);
   return true;
