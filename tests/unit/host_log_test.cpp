@@ -12,7 +12,7 @@
 
 using namespace vlthost;
 
-TEST(HostLogText, ControlBytesAndBrokenUtf8AreEscaped) {
+TEST(HostLogText, ControlBytesAndBrokenUtf8AreEscapedAndLongMessagesShortened) {
   EXPECT_EQ(escapeControlBytes("a\nb\tc\rd\x01"
                                "e\x7f"
                                "f"),
@@ -20,9 +20,7 @@ TEST(HostLogText, ControlBytesAndBrokenUtf8AreEscaped) {
   EXPECT_EQ(escapeControlBytes("\xC3 \xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir"),
             "\\xC3 \\xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir");
   EXPECT_EQ(escapeControlBytes("\xED\xA0\x80"), "\\xED\\xA0\\x80");  // a surrogate is no UTF-8
-}
-
-TEST(HostLogText, LongMessagesKeepHeadAndTail) {
+  // Long messages keep head and tail.
   EXPECT_EQ(shortenMiddle(std::string(480, 'a')), std::string(480, 'a'));
   std::string shortened = shortenMiddle("head" + std::string(1000000, 'x') + "tail");
   EXPECT_LT(shortened.size(), 520u);

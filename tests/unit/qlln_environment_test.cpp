@@ -33,7 +33,6 @@ struct QllnEnvironmentTest : StartedHostTest {
   log4cxx::LoggerPtr translation;
   std::optional<NComponent::CPrivateLogger> component;
   std::unique_ptr<CRunProgram<std::string>> run;
-
   void SetUp() override {
     StartedHostTest::SetUp();
     translation = NComponent::getTranslationLogger(*gComponent);
@@ -46,7 +45,6 @@ struct QllnEnvironmentTest : StartedHostTest {
     component.reset();
     StartedHostTest::TearDown();
   }
-
   // A runner starting from `env`.
   void start(const TEnv& env) {
     for (const auto& entry : env) run->replaceVariable(entry.first, entry.second);
@@ -102,7 +100,6 @@ TEST_F(QllnEnvironmentTest, SourceSuiteAloneOnBothPlatforms) {
   const TEnv::value_type home{"QRN_HOME", "/opt/qlln/QRN_HOME"}, homeQl{"QRN_HOMEQL", "\\opt\\qlln\\QRN_HOME"},
       tonic{"TONIC_PATH", kTonic};
   EXPECT_EQ(run->environment(), (TEnv{{"Path", kQrnPath + "/bin"}, home, homeQl, tonic}));
-
   run = std::make_unique<CRunProgram<std::string>>(translation);
   host.setPlatform(2);
   ASSERT_TRUE(qrn());
