@@ -188,7 +188,7 @@ TEST_F(Tdlib2zpcTest, ListsOnceThenEntersWhatTheJournalNamesOnce) {
   EXPECT_EQ(readFile(tmp.path() / "t.log").find("tdlib2zpc: entered symbol P a\n"), 0u);
 }
 
-TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceAndTakesOverAnOlderState) {
+TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceTakesOverAnOlderStateAndErrors) {
   // An earlier version kept the names entered in a file: they stay entered.
   writeFile(part() / ".tdlib2zpc" / "entered", "old\n");
   writeFile(part() / "old.sym", "x");
@@ -204,9 +204,7 @@ TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceAndTakesOverAnOlderState) 
   ASSERT_EQ(update(), 0);
   EXPECT_EQ(output(), "tdlib2zpc: entered symbol P n\ntdlib2zpc: partition P: 1 new symbol(s)\n");
   EXPECT_EQ(readFile(lib() / "Library.zpc"), "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P n\n");
-}
-
-TEST_F(Tdlib2zpcTest, ErrorsGiveMessagesAndCodes) {
+  // Errors give messages and codes.
   EXPECT_EQ(run("-Partition=P"), 1);
   EXPECT_EQ(output(), "Error: missing option -CentralLib=\n");
   // A library path with a blank, not quoted, arrives split.
@@ -255,7 +253,7 @@ struct PdbToolsTest : ToolTest {
   std::string report() const { return readFile(logs / "qrn2pdb.txt"); }
 };
 
-TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsAndRejectsTheOthers) {
+TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsRejectsTheOthersChecksPinsAndFails) {
   ASSERT_EQ(generate("-z -x -o"), 0);
   EXPECT_EQ(readFile(root / "cat.tlx"),
             ".PDB_CATALOG \"cat\"\n.PDB_PART \"P1\"\n..PDB_CELL \"so8\"\n..PDB_COMP \"G\"\n...PDB_SYMBOL \"gates_g\"\n"
@@ -270,9 +268,7 @@ TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsAndRejectsTheOthers) {
   EXPECT_EQ(readFile(root / "rejected"),
             "// rejected by qrn2pdb: pin Q does not exist on symbol gates_g\ncat P2\n"
             "// rejected by qrn2pdb: symbol other_h has no partition\ncat P3\n");
-}
-
-TEST_F(PdbToolsTest, PinListChecksCellPinsInTheChosenCaseAndFailures) {
+  // The pin list checks cell pins in the chosen case.
   ASSERT_EQ(generate("-z -x -o -p -a", "pins"), 0);
   EXPECT_NE(readFile(root / "cat.tlx").find("......PDB_PHYS \"b2\"\n"), std::string::npos);
   ASSERT_EQ(generate("-z -x -o -p", "pins"), 0);

@@ -42,7 +42,7 @@ struct MappingFileTest : StartedHostTest {
   std::string at(int line) const { return " at line " + std::to_string(line) + " in file: " + path; }
 };
 
-TEST_F(MappingFileTest, SymbolsAndPinsAppendedAndMissingFile) {
+TEST_F(MappingFileTest, SymbolsPinsOddLinesAndAMissingFile) {
   EXPECT_EQ(read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
                  "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"),
             (TLines{"nand_a 1 NAND2  : A 1,2,3 S1 | B 4 S2 |", "\"nor\" 2 NOR2 e1 e2: c 5 s |"}));
@@ -58,9 +58,7 @@ TEST_F(MappingFileTest, SymbolsAndPinsAppendedAndMissingFile) {
   for (const char* sink : {"translation", "component"})
     EXPECT_TRUE(
         host.logged(sink, "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path + ".none"));
-}
-
-TEST_F(MappingFileTest, OddLinesAndTheirWarnings) {
+  // Odd lines and their warnings.
   const std::string prefix = "Reading mapping file: ";
   struct TCase {
     std::string text;

@@ -42,7 +42,7 @@ struct MarkupTest : StartedHostTest {
   }
 };
 
-TEST_F(MarkupTest, CreatedDocumentIsWrittenIndentedAndAddingMakesMissingParents) {
+TEST_F(MarkupTest, CreatedAndParsedDocumentsPathsAndLists) {
   xml.createEmptyDocument("rig");
   CXMLHierPath root("rig");  // appending leaves the receiver as it is
   CXML_Parser::CDOMElement* a = xml.addElement(root / "a");
@@ -69,9 +69,6 @@ TEST_F(MarkupTest, CreatedDocumentIsWrittenIndentedAndAddingMakesMissingParents)
   parse("<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>   <a  x='1'/>\n\n\n<b>text</b></rig>");
   EXPECT_EQ(written(),
             "<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>\n  <a x=\"1\" />\n  <b>text</b>\n</rig>\n");
-}
-
-TEST_F(MarkupTest, ListsAreInDocumentOrderSnapshotsNeverNullAndRelativeBelowAnElement) {
   parse("<rig><a n='a1'><b n='b1'/><x/><b n='b2'/></a><a n='a2'/><a n='a3'><b n='b3'/><s><b n='s1'/></s></a></rig>");
   EXPECT_EQ(names(list("rig/a/b")), (Strings{"b1", "b2", "b3"}));
   EXPECT_EQ(names(list("rig/a")), (Strings{"a1", "a2", "a3"}));
@@ -119,7 +116,7 @@ TEST_F(MarkupTest, ListsAreInDocumentOrderSnapshotsNeverNullAndRelativeBelowAnEl
   EXPECT_EQ(xml.getDomNodeListLength(list("rig/a")), 0);
 }
 
-TEST_F(MarkupTest, ParseAndWriteFailuresAreReportedOnTheGivenLogger) {
+TEST_F(MarkupTest, ParseAndWriteFailuresAndBytesThatAreNotText) {
   EXPECT_FALSE(xml.parse(path("missing.xml"), logger));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             Strings{"XML parse error in '" + path("missing.xml") + "': File was not found at offset 0."});
@@ -152,9 +149,7 @@ TEST_F(MarkupTest, ParseAndWriteFailuresAreReportedOnTheGivenLogger) {
   EXPECT_EQ(readFile(path("out.xml")), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<rig />\n");
   EXPECT_EQ(host.texts("translation", "ERROR"),
             Strings{"XML write error in '" + path("out.xml") + "': no root element."});
-}
-
-TEST_F(MarkupTest, BytesThatAreNotTextBecomeReplacementCharacters) {
+  // Bytes that are not text become replacement characters.
   xml.createEmptyDocument("rig");
   CXML_Parser::CDOMElement* entry = xml.addElement(CXMLHierPath("rig") / "catalog_data" / "entry");
   xml.addAttribute(entry, "name",

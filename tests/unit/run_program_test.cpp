@@ -85,7 +85,7 @@ struct RunProgramTest : StartedHostTest {
   }
 };
 
-TEST_F(RunProgramTest, EnvironmentListIsObtainedInOrderAndFoundWithoutCase) {
+TEST_F(RunProgramTest, EnvironmentListIsObtainedFoundWithoutCaseAndPassedInOrder) {
   run->replaceVariable("Z", "9");  // obtaining starts from scratch
   {
     CFakeEnviron fake({"B=2", "NOSEPARATOR", "=C:=C:\\work", "X=", "Path=/usr/bin", "A=x=y"});
@@ -118,9 +118,7 @@ TEST_F(RunProgramTest, EnvironmentListIsObtainedInOrderAndFoundWithoutCase) {
                     "Process starter: pushing value to front: LIBS=/l;$LIBS",
                     "Process starter: pushing value to front: Abc=0$Abc", "Process starter: setting variable: path=/x",
                     "Process starter: setting variable: aBC=3", "Process starter: setting variable: NEW="}));
-}
-
-TEST_F(RunProgramTest, ChildGetsTheListInOrderAndTheRunLogsEachStep) {
+  // The child gets the list in order and the run logs each step.
   obtain({"ZED=last", "Path=/usr/bin:/bin", "EMPTY=", "ALPHA=a=b"});
   run->pushValueFront("PATH", "/front;");
   run->replaceVariable("MID", "m");
@@ -202,7 +200,7 @@ TEST_F(RunProgramTest, ExitCodesAndCommandsThatCannotStart) {
                                   "System error: 2 (No such file or directory)."}));
 }
 
-TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsRunsHereAndKeepsShellCharactersLiteral) {
+TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsKeepsShellCharactersLiteralAndRedirects) {
   int stray = ::open("/dev/null", O_RDONLY);  // inheritable on purpose
   ASSERT_GE(stray, 3);
   const fs::path dir = "$(touch x)`touch y`;z";  // relative to the current directory
@@ -223,11 +221,8 @@ TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsRunsHereAndKeepsShellCharact
             (TLines{"fd:0", "fd:1", "fd:2", "cwd:" + fs::canonical(tmp.path()).string(), "$HOME"}));
   EXPECT_FALSE(fs::exists(tmp.path() / "x"));
   EXPECT_FALSE(fs::exists(tmp.path() / "y"));
-}
-
-// Both redirection forms, quoted paths with blanks, and outer quotes around
-// a line that starts with a quoted program.
-TEST_F(RunProgramTest, CmdRunsQuotedPathsWithBlanksAndRedirects) {
+  // Both redirection forms, quoted paths with blanks, and outer quotes around
+  // a line that starts with a quoted program.
   fs::path tool = copyChild(tmp.path() / "tool dir" / "libforge.exe");
   fs::path output = tmp.path() / "out, dir" / "libforge.log";
   fs::create_directories(output.parent_path());

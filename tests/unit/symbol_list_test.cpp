@@ -228,7 +228,7 @@ const char* const kRich =
     ".....QRN_SYMBOL nand_a\n......NAME_POSTFIX _1\n......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
     "..FOREIGN_NODE 'kept as is'\n...DEEPER \n.SK_SYMBOL_PATH /lib/x\n";
 
-TEST_F(ListFileTest, RoundTripIsByteExactAndMultiValueNodesArePadded) {
+TEST_F(ListFileTest, RoundTripIsByteExactAndReaderKeepsValidItems) {
   EXPECT_EQ(rewrite(kRich), kRich);
   EXPECT_EQ(rewrite(kRich), kRich);
   // "extra" follows a level 2 keyword line, so it is a second value of the
@@ -238,9 +238,7 @@ TEST_F(ListFileTest, RoundTripIsByteExactAndMultiValueNodesArePadded) {
   const std::string pad(16, ' ');  // keyword length + level + 1
   EXPECT_EQ(once, ".SK_SYMBOL_PATH a/b" + pad + "\nextra" + pad + "\n\n..X 1\n..Y \n");
   EXPECT_EQ(rewrite(once), ".SK_SYMBOL_PATH a/b\n..X 1\n..Y \n");
-}
-
-TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStandAndReportsFailures) {
+  // The reader keeps valid items as they stand and reports failures.
   writeFile(file("a.caf"),
             "! list\n.OTHER x\n..SK_SYMBOL_PATH hidden/under\n.SK_SYMBOL_PATH noslash\n"
             ".SK_SYMBOL_PATH a\\b\n.SK_SYMBOL_PATH a\\b\n..CATALOG c\n.sk_symbol_path l/m\n");
@@ -260,7 +258,7 @@ TEST_F(ListFileTest, ReaderKeepsValidItemsAsTheyStandAndReportsFailures) {
                                   "5 Problem found during reading from the following symbol list file: "}));
 }
 
-TEST_F(ListFileTest, EmptyListsUnopenedWritersAndReadingExistingFiles) {
+TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
   writeFile(file("old.caf"), ".SK_SYMBOL_PATH a/b\n");
   {
     CSymbolListFileWriter writer;
@@ -283,9 +281,27 @@ TEST_F(ListFileTest, EmptyListsUnopenedWritersAndReadingExistingFiles) {
   EXPECT_EQ(readFile(file("cat.caf")),
             ".SK_SYMBOL_PATH l/s\n..CATALOG c\n..CATALOG d\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n");
   EXPECT_TRUE(log.messages.empty());
-}
-
-TEST_F(ListFileTest, DamagedOrUnwritableFilesAreReportedAndKept) {
+  // Unclosed writers write when they go, also when moved into a map.
+  {
+    std::map<std::string, CSymbolListFileWriter> writers;
+    for (const char* part : {"p1", "p2"}) {
+      CSymbolListFileWriter writer(&log);
+      ASSERT_TRUE(writer.open(file(std::string(part) + ".sym_list.caf")));
+      writers.emplace(part, std::move(writer));
+    }
+    EXPECT_TRUE(writers.at("p1").add("'C:\\lib'", "sym"));
+    CSymbolListItem item(nullptr, "C:/lib/sym");
+    item.addPinMap("c", "p", "x", "sym", "A", "A[0:1]");
+    writers.at("p1").list().add(item);
+    writers.at("p2").add("lib", "two");
+    EXPECT_FALSE(boost::filesystem::exists(file("p1.sym_list.caf")));
+  }
+  EXPECT_EQ(readFile(file("p1.sym_list.caf")),
+            ".SK_SYMBOL_PATH C:/lib/sym\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL sym\n"
+            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:1]\n");
+  EXPECT_EQ(readFile(file("p2.sym_list.caf")), ".SK_SYMBOL_PATH lib/two\n");
+  EXPECT_TRUE(log.messages.empty());
+  // Damaged or unwritable files are reported and kept.
   writeFile(file("d.caf"), "stray\n.SK_SYMBOL_PATH l/s\n");
   {
     CSymbolListFileWriter writer(&log);
@@ -319,29 +335,6 @@ TEST_F(ListFileTest, DamagedOrUnwritableFilesAreReportedAndKept) {
                                   "5 Problem found during reading from the following symbol list file: ",
                                   "5 Cannot open the following symbol list file for writing: " + name,
                                   "5 Cannot open the following symbol list file for writing: " + name}));
-}
-
-// Unclosed writers write when they go, also when moved into a map.
-TEST_F(ListFileTest, UnclosedWritersWriteAtDestructionOnly) {
-  {
-    std::map<std::string, CSymbolListFileWriter> writers;
-    for (const char* part : {"p1", "p2"}) {
-      CSymbolListFileWriter writer(&log);
-      ASSERT_TRUE(writer.open(file(std::string(part) + ".sym_list.caf")));
-      writers.emplace(part, std::move(writer));
-    }
-    EXPECT_TRUE(writers.at("p1").add("'C:\\lib'", "sym"));
-    CSymbolListItem item(nullptr, "C:/lib/sym");
-    item.addPinMap("c", "p", "x", "sym", "A", "A[0:1]");
-    writers.at("p1").list().add(item);
-    writers.at("p2").add("lib", "two");
-    EXPECT_FALSE(boost::filesystem::exists(file("p1.sym_list.caf")));
-  }
-  EXPECT_EQ(readFile(file("p1.sym_list.caf")),
-            ".SK_SYMBOL_PATH C:/lib/sym\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL sym\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:1]\n");
-  EXPECT_EQ(readFile(file("p2.sym_list.caf")), ".SK_SYMBOL_PATH lib/two\n");
-  EXPECT_TRUE(log.messages.empty());
 }
 
 TEST_F(ListFileTest, PartListRulesAndSymbolListNames) {

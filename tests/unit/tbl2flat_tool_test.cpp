@@ -78,7 +78,7 @@ class Tbl2flatToolTest : public ::testing::Test {
 };
 
 // Outputs byte for byte; outputs are replaced, the log is appended.
-TEST_F(Tbl2flatToolTest, WritesNeutralCatalogPropertyListAndSymbolList) {
+TEST_F(Tbl2flatToolTest, WritesOutputsAndWithTheSwapTakesPartNumberFromPartNo) {
   writeFile(output("small", "_neut.tlx"), "old\n");
   writeFile(output("small", ".prop.list"), "OLD\n");
   writeFile(output("small", ".sym_list.caf"), ".SK_SYMBOL_PATH /old/x\n");
@@ -105,10 +105,7 @@ TEST_F(Tbl2flatToolTest, WritesNeutralCatalogPropertyListAndSymbolList) {
                        "/map/p2.map\n"
                        "tbl2flat: catalog small: 2 parts translated, 0 rejected, 0 excluded\n");
   EXPECT_FALSE(fs::exists(logs / "rejected_parts.caf"));
-}
-
-// In a working directory whose path has blanks and shell characters.
-TEST_F(Tbl2flatToolTest, SwapTakesPartNumberFromPartNoAndRejectsPartsWithout) {
+  // In a working directory whose path has blanks and shell characters.
   layOut(temp.path() / "work dir (1)");
   EXPECT_NE(commandLine("small", true).find(" -i \"" + (catalogs / "small").string() + "\" -o \""), std::string::npos);
   writeFile(logs / "rejected_parts.caf", "// earlier\nother X-1\n");
@@ -182,7 +179,32 @@ TEST_F(Tbl2flatToolTest, ExcludedPartsAreLeftOutEntirely) {
   EXPECT_EQ(log(), "tbl2flat: catalog small: 0 parts translated, 0 rejected, 2 excluded\n");
 }
 
-TEST_F(Tbl2flatToolTest, ValueCatalogsCarryListedPropertyValues) {
+TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryGoesOnAndCarriesValues) {
+  ASSERT_EQ(runCatalog("odd",
+                       "CATALOG named_otherwise\nGEOM g0\n"
+                       "PART O-1\n  CONTAINER $LIB/old\n  CONTAINER $LIB/sym\n  MAP_FILE $LIB/map/p1.map\n"
+                       "  SYMBOL early\n  FOOTPRINT x\n  GEOM\n  PROPERTY \"TWO WORDS\" x\n  PROPERTY QRN_GEOM y\n"
+                       "  COMPONENT A\n    SYMBOL s1\n"
+                       "PART O-2\n  CONTAINER $LIB/sym\n  MAP_FILE $LIB/map/p1.map\n  COMPONENT A\n    SYMBOL s1\n"),
+            0);
+  EXPECT_EQ(log(),
+            "Warning: catalog odd, line 2: GEOM outside a part, the line is skipped\n"
+            "Warning: catalog odd, line 5: another CONTAINER for part O-1, the last one counts\n"
+            "Warning: catalog odd, line 7: SYMBOL before any COMPONENT of part O-1, the line is skipped\n"
+            "Warning: catalog odd, line 8: unknown statement FOOTPRINT, the line is skipped\n"
+            "Warning: catalog odd, line 9: GEOM without a value, the line is skipped\n"
+            "Warning: catalog odd, line 14: part O-1 has no END_PART\n"
+            "Warning: catalog odd, line 18: part O-2 has no END_PART\n"
+            "Warning: catalog entry " +
+                (catalogs / "odd").string() +
+                " names the catalog named_otherwise, it is translated as odd\nWarning: catalog odd, part O-1: "
+                "property name \"TWO WORDS\" cannot be written, the property is skipped\nWarning: catalog odd, part "
+                "O-1: property name \"QRN_GEOM\" cannot be written, the property is skipped\n"
+                "tbl2flat: catalog odd: 2 parts translated, 0 rejected, 0 excluded\n");
+  EXPECT_EQ(readFile(output("odd", "_neut.tlx")).substr(0, 48),
+            ".QRN_PART \"O-1\"\n..QRN_PART_CONTAINER \"$LIB/sym\"\n");
+  EXPECT_EQ(readFile(output("odd", ".prop.list")), "");
+  // Value catalogs carry listed property values.
   writeFile(config / "catalog_val_prop.xml",
             "<rig><catalog_data><value_property_mapping>"
             "<catalog_list><catalog name=\"other\"/><catalog name=\"small\"/></catalog_list>"
@@ -208,33 +230,6 @@ TEST_F(Tbl2flatToolTest, ValueCatalogsCarryListedPropertyValues) {
   EXPECT_EQ(readFile(output("small", "_neut.tlx")).find("QRN_VALUE"), std::string::npos);
   EXPECT_EQ(log().substr(0, log().find('\n')), "Warning: cannot parse value property file, no values are carried: " +
                                                    (config / "catalog_val_prop.xml").string());
-}
-
-TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryAndGoesOn) {
-  ASSERT_EQ(runCatalog("odd",
-                       "CATALOG named_otherwise\nGEOM g0\n"
-                       "PART O-1\n  CONTAINER $LIB/old\n  CONTAINER $LIB/sym\n  MAP_FILE $LIB/map/p1.map\n"
-                       "  SYMBOL early\n  FOOTPRINT x\n  GEOM\n  PROPERTY \"TWO WORDS\" x\n  PROPERTY QRN_GEOM y\n"
-                       "  COMPONENT A\n    SYMBOL s1\n"
-                       "PART O-2\n  CONTAINER $LIB/sym\n  MAP_FILE $LIB/map/p1.map\n  COMPONENT A\n    SYMBOL s1\n"),
-            0);
-  EXPECT_EQ(log(),
-            "Warning: catalog odd, line 2: GEOM outside a part, the line is skipped\n"
-            "Warning: catalog odd, line 5: another CONTAINER for part O-1, the last one counts\n"
-            "Warning: catalog odd, line 7: SYMBOL before any COMPONENT of part O-1, the line is skipped\n"
-            "Warning: catalog odd, line 8: unknown statement FOOTPRINT, the line is skipped\n"
-            "Warning: catalog odd, line 9: GEOM without a value, the line is skipped\n"
-            "Warning: catalog odd, line 14: part O-1 has no END_PART\n"
-            "Warning: catalog odd, line 18: part O-2 has no END_PART\n"
-            "Warning: catalog entry " +
-                (catalogs / "odd").string() +
-                " names the catalog named_otherwise, it is translated as odd\nWarning: catalog odd, part O-1: "
-                "property name \"TWO WORDS\" cannot be written, the property is skipped\nWarning: catalog odd, part "
-                "O-1: property name \"QRN_GEOM\" cannot be written, the property is skipped\n"
-                "tbl2flat: catalog odd: 2 parts translated, 0 rejected, 0 excluded\n");
-  EXPECT_EQ(readFile(output("odd", "_neut.tlx")).substr(0, 48),
-            ".QRN_PART \"O-1\"\n..QRN_PART_CONTAINER \"$LIB/sym\"\n");
-  EXPECT_EQ(readFile(output("odd", ".prop.list")), "");
 }
 
 // Exit codes: 1 for a bad command line, 2 for unreadable input, 3 for an
