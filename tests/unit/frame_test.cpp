@@ -20,17 +20,38 @@ struct FrameTest : ::testing::Test {
   void TearDown() override { host.release(); }
 };
 
-TEST_F(FrameTest, StartsWithConfigurationAndSetsTranslator) {
+TEST_F(FrameTest, StartsWithConfigurationSetsTranslatorAndPrologueChecksInOrder) {
   ASSERT_TRUE(host.start());
   EXPECT_NE(host.params.bindScriptFunction, nullptr);
   EXPECT_NE(host.params.releaseComponent, nullptr);
   EXPECT_EQ(host.parameters()["translator"], "vlt2hrw");
   EXPECT_EQ(host.lines(), (TLines{"init DEBUG Component is starting: vlt2hrw_main",
                                   "init DEBUG Component started successfully: vlt2hrw_main"}));
+  // The prologue: the working directory check on the translation sink alone,
+  // silence without a translation logger, then the source library check.
+  host.clearRecords();
+  EXPECT_EQ(new1DList(), "");
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Working directory has not been set."});
+  EXPECT_EQ(host.opened(), 0);
+  host.clearRecords();
+  host.failService("get component translation logger");
+  EXPECT_EQ(new1DList(), "");
+  EXPECT_TRUE(host.records().empty());
+  host.failService("get component translation logger", false);
+  host.setWdir(tmp.str());
+  CScriptCall call(CScriptCall::kWdirAndSource);
+  EXPECT_FALSE(call.ok());
+  EXPECT_EQ(host.lines(), TLines{"translation ERROR Source library location has not been set."});
 }
 
-// A missing or malformed file fails the start; an empty root element is enough.
-TEST_F(FrameTest, ConfigurationFileMustExistAndParse) {
+// Without an initialization logger the start fails silently; a missing or
+// malformed file fails it; an empty root element is enough.
+TEST_F(FrameTest, InitializationLoggerAndConfigurationFileMustExist) {
+  host.failService("get component initialization logger");
+  EXPECT_FALSE(host.start());
+  EXPECT_FALSE(gComponent);
+  EXPECT_TRUE(host.records().empty());
+  host.failService("get component initialization logger", false);
   host.componentDirectory() = tmp.str();
   EXPECT_FALSE(host.start());
   EXPECT_FALSE(gComponent);
@@ -49,32 +70,6 @@ TEST_F(FrameTest, ConfigurationFileMustExistAndParse) {
   EXPECT_NE(errors[0].find("offset"), std::string::npos);
   writeFile(tmp.path() / "config_vlt2hrw_main.xml", "<rig/>");
   EXPECT_TRUE(host.start());
-}
-
-TEST_F(FrameTest, NoInitializationLoggerFailsSilently) {
-  host.failService("get component initialization logger");
-  EXPECT_FALSE(host.start());
-  EXPECT_FALSE(gComponent);
-  EXPECT_TRUE(host.records().empty());
-}
-
-// The prologue: the working directory check on the translation sink alone,
-// silence without a translation logger, then the source library check.
-TEST_F(FrameTest, PrologueChecksInOrder) {
-  ASSERT_TRUE(host.start());
-  host.clearRecords();
-  EXPECT_EQ(new1DList(), "");
-  EXPECT_EQ(host.lines(), TLines{"translation ERROR Working directory has not been set."});
-  EXPECT_EQ(host.opened(), 0);
-  host.clearRecords();
-  host.failService("get component translation logger");
-  EXPECT_EQ(new1DList(), "");
-  EXPECT_TRUE(host.records().empty());
-  host.failService("get component translation logger", false);
-  host.setWdir(tmp.str());
-  CScriptCall call(CScriptCall::kWdirAndSource);
-  EXPECT_FALSE(call.ok());
-  EXPECT_EQ(host.lines(), TLines{"translation ERROR Source library location has not been set."});
 }
 
 // The private logger opens and closes once per call, also when the call is
@@ -148,14 +143,6 @@ TEST_F(FrameTest, ReleasedComponentRefusesEveryHandlerWithoutAWord) {
   EXPECT_EQ(get1DListSize(rid1), -1);
 }
 
-TEST(LoggerFacade, LevelsMapAndUnknownLevelsAreDropped) {
-  CFakeHost host;
-  log4cxx::LoggerPtr init = host.logger("get component initialization logger");
-  rig_common::log4rig::Log4Cxx facade({init, log4cxx::LoggerPtr()});
-  for (int level = 0; level <= 8; ++level) facade(level, "m" + std::to_string(level));
-  EXPECT_EQ(host.lines(), (TLines{"init DEBUG m2", "init INFO m3", "init WARN m4", "init ERROR m5", "init FATAL m6"}));
-}
-
 // A message below the threshold is never formatted.
 struct CCountingValue {
   int* count;
@@ -165,10 +152,14 @@ std::ostream& operator<<(std::ostream& out, const CCountingValue& v) {
   return out << "value";
 }
 
-TEST(LoggerFacade, NoTextIsBuiltBehindADisabledLevel) {
+TEST(LoggerFacade, LevelsMapUnknownLevelsAreDroppedAndNoTextIsBuiltBehindADisabledLevel) {
   CFakeHost host;
-  host.setLevel("INFO");
   log4cxx::LoggerPtr init = host.logger("get component initialization logger");
+  rig_common::log4rig::Log4Cxx facade({init, log4cxx::LoggerPtr()});
+  for (int level = 0; level <= 8; ++level) facade(level, "m" + std::to_string(level));
+  EXPECT_EQ(host.lines(), (TLines{"init DEBUG m2", "init INFO m3", "init WARN m4", "init ERROR m5", "init FATAL m6"}));
+  host.clearRecords();
+  host.setLevel("INFO");
   int built = 0;
   RIG_LOG((rig_common::log4rig::TSinks{init, log4cxx::LoggerPtr()}), Debug, "x " << CCountingValue{&built});
   RIG_LOG1(init, Debug, "x " << CCountingValue{&built});

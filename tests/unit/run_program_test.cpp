@@ -470,7 +470,7 @@ TEST(CommandLine, CmdOuterQuotesOperatorsSyntaxErrorsAndLiteralShellCharacters) 
             (TWords{"t", "$(touch", "x)", "`id`;ls", "$HOME|x&y"}));
 }
 
-TEST(CommandLine, KshBodyBetweenTheQuotes) {
+TEST(CommandLine, KshBodyOtherLinesSearchPathsAndSystemErrors) {
   TCommandPlan plan = parseCommandLine("ksh -c \"\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1\"");
   EXPECT_EQ(plan.interpreter, TInterpreter::kKsh);
   EXPECT_EQ(plan.arguments, (TWords{"ksh", "-c", "\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1"}));
@@ -479,19 +479,14 @@ TEST(CommandLine, KshBodyBetweenTheQuotes) {
   // "$" and "`" of a path stay literal for ksh.
   EXPECT_EQ(parseCommandLine("ksh -c \"t \"/a $x b/l\" `id`\"").arguments,
             (TWords{"ksh", "-c", "t \"/a \\$x b/l\" \\`id\\`"}));
-}
-
-TEST(CommandLine, OtherLinesSplitLikeTheWindowsRuntime) {
+  // Other lines split like the Windows runtime.
   EXPECT_EQ(splitWindowsCommandLine("  \"C:\\a b\\t.exe\" x\\\\\\\"y \"q \"\"r\"\" s\" a\\\\b\\ \"\" "),
             (TWords{"C:\\a b\\t.exe", "x\\\"y", "q \"r\" s", "a\\\\b\\", ""}));
   EXPECT_EQ(splitWindowsCommandLine("prog \"open"), (TWords{"prog", "open"}));
   EXPECT_TRUE(splitWindowsCommandLine("   ").empty());
-  TCommandPlan plan = parseCommandLine("cmdx /c a");
-  EXPECT_EQ(plan.interpreter, TInterpreter::kDirect);
-  EXPECT_EQ(plan.arguments, (TWords{"cmdx", "/c", "a"}));
-}
-
-TEST(CommandLine, SearchPathsAndSystemErrors) {
+  EXPECT_EQ(parseCommandLine("cmdx /c a").interpreter, TInterpreter::kDirect);
+  EXPECT_EQ(parseCommandLine("cmdx /c a").arguments, (TWords{"cmdx", "/c", "a"}));
+  // Search paths and system errors.
   EXPECT_EQ(splitSearchPath("\"/a b\"/bin;\\k\\lib;;/usr/bin:/bin"),
             (TWords{"/a b/bin", "/k/lib", "/usr/bin", "/bin"}));
   EXPECT_EQ(toPosixSearchPath("\"/a b\"/bin;/usr/bin:/bin"), "/a b/bin:/usr/bin:/bin");
