@@ -5,7 +5,6 @@
 
 #include <boost/algorithm/string/replace.hpp>
 
-#include "common/path_helpers.hpp"
 #include "components/hpp/geometry_helpers.hpp"
 #include "components/hpp/neutral_catalogs.hpp"
 #include "components/hpp/script_functions.hpp"
@@ -14,7 +13,6 @@
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
-using rig_common::toUnixPath;
 
 namespace {
 
