@@ -33,24 +33,29 @@ struct FileCopyTest : ::testing::Test {
   }
 };
 
-TEST_F(FileCopyTest, WildcardCopiesEverythingSilentlyThenOverwritesAndKeepsOtherFiles) {
-  const fs::path to = tmp.path() / "made" / "on the way" / "config";
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(copyDirectoryFiles(src() / "*.*", to), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  expectCopy(to);
-
-  writeFile(to / "a.xml", "edited by the user, much longer than the template");
-  writeFile(to / "sub" / "deeper" / "c.txt", "old");
-  writeFile(to / "catalog.list", "cat1\n");
-  EXPECT_EQ(copyDirectoryFiles(src() / "*.*", to), 0);
-  expectCopy(to);
-  EXPECT_EQ(readFile(to / "catalog.list"), "cat1\n");
+// The files of a wildcard or the directory itself: a silent copy, then an
+// overwrite that keeps the target's other files.
+TEST_F(FileCopyTest, CopiesSilentlyThenOverwritesAndKeepsOtherFiles) {
+  for (const auto& fromTo : {std::make_pair(src() / "*.*", tmp.path() / "made" / "on the way" / "config"),
+                             std::make_pair(src(), tmp.path() / "Library")}) {
+    const fs::path &from = fromTo.first, &to = fromTo.second;
+    SCOPED_TRACE(from.string());
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(copyDirectoryFiles(from, to), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    expectCopy(to);
+    writeFile(to / "a.xml", "edited by the user, much longer than the template");
+    writeFile(to / "sub" / "deeper" / "c.txt", "old");
+    writeFile(to / "SymbolLibs" / "p1" / "x", "kept");
+    EXPECT_EQ(copyDirectoryFiles(from, to), 0);
+    expectCopy(to);
+    EXPECT_EQ(readFile(to / "SymbolLibs" / "p1" / "x"), "kept");
+  }
 }
 
-TEST_F(FileCopyTest, PatternSelectsByNameIgnoringCase) {
+TEST_F(FileCopyTest, PatternSelectsByNameIgnoringCaseAndSingleFilesCopy) {
   writeFile(src() / "b.XML", "b");
   const fs::path to = tmp.path() / "xml only";
   EXPECT_EQ(copyDirectoryFiles(src() / "*.xml", to), 0);
@@ -61,26 +66,12 @@ TEST_F(FileCopyTest, PatternSelectsByNameIgnoringCase) {
   // Over an empty directory: the target alone.
   EXPECT_EQ(copyDirectoryFiles(src() / "empty" / "*.*", tmp.path() / "target"), 0);
   EXPECT_TRUE(fs::is_empty(tmp.path() / "target"));
-
   for (auto name : {"NOEXT", ".hidden", "x.tar.gz"}) EXPECT_TRUE(NPlatform::matchesWildcard(name, "*.*")) << name;
   EXPECT_TRUE(NPlatform::matchesWildcard("abc", "a?c"));
   EXPECT_FALSE(NPlatform::matchesWildcard("abbc", "a?c"));
   EXPECT_TRUE(NPlatform::matchesWildcard("x.tar.gz", "*.gz"));
   EXPECT_FALSE(NPlatform::matchesWildcard("x.gzip", "*.gz"));
-}
-
-TEST_F(FileCopyTest, DirectoryMakesACopyOrMergesIntoTheTarget) {
-  const fs::path to = tmp.path() / "Library";
-  EXPECT_EQ(copyDirectoryFiles(src(), to), 0);
-  expectCopy(to);
-  writeFile(to / "a.xml", "old");
-  writeFile(to / "SymbolLibs" / "p1" / "x", "kept");
-  EXPECT_EQ(copyDirectoryFiles(src(), to), 0);
-  expectCopy(to);
-  EXPECT_EQ(readFile(to / "SymbolLibs" / "p1" / "x"), "kept");
-}
-
-TEST_F(FileCopyTest, SingleFileIntoDirectoryOrToNewName) {
+  // A single file into a directory or to a new name.
   fs::create_directories(tmp.path() / "dir");
   EXPECT_EQ(copyDirectoryFiles(src() / "a.xml", tmp.path() / "dir"), 0);
   EXPECT_EQ(readFile(tmp.path() / "dir" / "a.xml"), "<a/>\n");

@@ -42,15 +42,23 @@ struct MappingFileTest : StartedHostTest {
   std::string at(int line) const { return " at line " + std::to_string(line) + " in file: " + path; }
 };
 
-TEST_F(MappingFileTest, SymbolsAndPins) {
+TEST_F(MappingFileTest, SymbolsPinsOddLinesAndAMissingFile) {
   EXPECT_EQ(read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
                  "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"),
             (TLines{"nand_a 1 NAND2  : A 1,2,3 S1 | B 4 S2 |", "\"nor\" 2 NOR2 e1 e2: c 5 s |"}));
   EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Reading mapping file: " + path,
                                   "component DEBUG Reading mapping file: " + path}));
-}
-
-TEST_F(MappingFileTest, OddLinesAndTheirWarnings) {
+  // Reading appends; a missing file is an error.
+  MappingFile mapping;
+  mapping.symbols.emplace_back();
+  EXPECT_EQ(read("", mapping).size(), 1u);
+  NComponent::CScriptCall call;
+  host.clearRecords();
+  EXPECT_FALSE(readMappingFile(mapping, path + ".none", call));
+  for (const char* sink : {"translation", "component"})
+    EXPECT_TRUE(
+        host.logged(sink, "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path + ".none"));
+  // Odd lines and their warnings.
   const std::string prefix = "Reading mapping file: ";
   struct TCase {
     std::string text;
@@ -77,26 +85,15 @@ TEST_F(MappingFileTest, OddLinesAndTheirWarnings) {
        {prefix + "unknown keyword found in entry: 'SUBSYMBOL x'" + at(11),
         prefix + "unknown keyword found in entry: 'POWER a'" + at(12)}},
       // A '#' anywhere voids the line.
-      {"# header\nSYMBOL s 1\nPIN A 1 # comment\nPIN B 2,3 S#1\nnonsense # here\nPIN C 4 X\n", {"s 1   : C 4 X |"}, {}},
-  };
+      {"# header\nSYMBOL s 1\nPIN A 1 # comment\nPIN B 2,3 S#1\nnonsense # here\nPIN C 4 X\n",
+       {"s 1   : C 4 X |"},
+       {}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_EQ(read(c.text), c.symbols);
     EXPECT_EQ(warnings(), c.warnings);
     EXPECT_EQ(host.texts("component", "WARN"), c.warnings);
   }
-}
-
-TEST_F(MappingFileTest, AppendsAndMissingFileIsAnError) {
-  MappingFile mapping;
-  mapping.symbols.emplace_back();
-  EXPECT_EQ(read("", mapping).size(), 1u);
-  NComponent::CScriptCall call;
-  host.clearRecords();
-  EXPECT_FALSE(readMappingFile(mapping, path + ".none", call));
-  for (const char* sink : {"translation", "component"})
-    EXPECT_TRUE(
-        host.logged(sink, "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path + ".none"));
 }
 
 }  // namespace

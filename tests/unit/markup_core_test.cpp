@@ -1,4 +1,5 @@
-// The XML facade: paths, document order, removal, writing and parse reports.
+// The XML facade: paths, document order, removal, writing, bytes that are no
+// text and parse reports.
 
 #include "platform/markup_core.hpp"
 
@@ -23,7 +24,6 @@ struct MarkupTest : StartedHostTest {
     StartedHostTest::SetUp();
     logger = NComponent::getTranslationLogger(*NComponent::gComponent);
   }
-
   std::string path(const std::string& name) { return (tmp.path() / name).string(); }
   std::string written() {
     EXPECT_TRUE(xml.write(path("out.xml"), logger));
@@ -42,7 +42,7 @@ struct MarkupTest : StartedHostTest {
   }
 };
 
-TEST_F(MarkupTest, CreatedDocumentIsWrittenIndentedAndAddingMakesMissingParents) {
+TEST_F(MarkupTest, CreatedAndParsedDocumentsPathsAndLists) {
   xml.createEmptyDocument("rig");
   CXMLHierPath root("rig");  // appending leaves the receiver as it is
   CXML_Parser::CDOMElement* a = xml.addElement(root / "a");
@@ -65,9 +65,10 @@ TEST_F(MarkupTest, CreatedDocumentIsWrittenIndentedAndAddingMakesMissingParents)
   fresh.initialize();
   EXPECT_NE(fresh.addElement(CXMLHierPath("rig/x")), nullptr);
   EXPECT_NE(fresh.getDOMElement(CXMLHierPath("rig/x")), nullptr);
-}
-
-TEST_F(MarkupTest, ListsAreInDocumentOrderNeverNullAndRelativeBelowAnElement) {
+  // A round trip keeps the declaration and comments and reindents.
+  parse("<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>   <a  x='1'/>\n\n\n<b>text</b></rig>");
+  EXPECT_EQ(written(),
+            "<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>\n  <a x=\"1\" />\n  <b>text</b>\n</rig>\n");
   parse("<rig><a n='a1'><b n='b1'/><x/><b n='b2'/></a><a n='a2'/><a n='a3'><b n='b3'/><s><b n='s1'/></s></a></rig>");
   EXPECT_EQ(names(list("rig/a/b")), (Strings{"b1", "b2", "b3"}));
   EXPECT_EQ(names(list("rig/a")), (Strings{"a1", "a2", "a3"}));
@@ -78,7 +79,6 @@ TEST_F(MarkupTest, ListsAreInDocumentOrderNeverNullAndRelativeBelowAnElement) {
   }
   EXPECT_EQ(xml.getAttribute(xml.getDOMElement(CXMLHierPath("rig/a/b")), "n"), "b1") << "the first in document order";
   for (int index : {-1, 3}) EXPECT_EQ(xml.getDOMElement(list("rig/a"), index), nullptr);
-
   CXML_Parser::CDOMElement* a3 = xml.getDOMElement(list("rig/a"), 2);
   EXPECT_EQ(names(xml.getDomNodeList(a3, std::string("b"))), Strings{"b3"});
   EXPECT_EQ(names(xml.getDomNodeList(a3, CXMLHierPath("s") / "b")), Strings{"s1"});
@@ -87,14 +87,11 @@ TEST_F(MarkupTest, ListsAreInDocumentOrderNeverNullAndRelativeBelowAnElement) {
   EXPECT_EQ(names(list("rig/a/s/b")), (Strings{"s1", "s2"}));
   EXPECT_EQ(xml.getAttribute(a3, "missing"), "");
   EXPECT_EQ(xml.getAttribute(nullptr, "n"), "");
-}
-
-TEST_F(MarkupTest, ListsAreSnapshotsAndRemovedElementsReadAsMissing) {
+  // Lists are snapshots; removed elements read as missing.
   xml.createEmptyDocument("rig");
   for (const char* n : {"1", "2", "3"}) xml.addAttribute(xml.addElement(CXMLHierPath("rig/a")), "n", n);
   CXML_Parser::CDOMNodeList* before = list("rig/a");
   EXPECT_EQ(list("rig/a"), before) << "an unchanged document gives the same list";
-
   CXML_Parser::CDOMElement* second = xml.getDOMElement(before, 1);
   EXPECT_EQ(xml.remove(second), second);
   EXPECT_EQ(xml.remove(second), nullptr) << "already removed";
@@ -103,12 +100,10 @@ TEST_F(MarkupTest, ListsAreSnapshotsAndRemovedElementsReadAsMissing) {
   EXPECT_EQ(xml.getDOMElement(before, 1), nullptr);
   EXPECT_EQ(xml.getAttribute(second, "n"), "");
   EXPECT_EQ(names(list("rig/a")), (Strings{"1", "3", "4"}));
-
   EXPECT_NE(xml.remove(CXMLHierPath("rig/a")), nullptr);
   EXPECT_EQ(names(list("rig/a")), (Strings{"3", "4"}));
   EXPECT_EQ(xml.remove(CXMLHierPath("rig/none")), nullptr);
   EXPECT_EQ(xml.remove(nullptr), nullptr);
-
   // A removed subtree takes its elements along, and so does a new document.
   CXML_Parser::CDOMElement* deep = xml.addElement(CXMLHierPath("rig/t/u"));
   xml.remove(CXMLHierPath("rig/t"));
@@ -121,13 +116,7 @@ TEST_F(MarkupTest, ListsAreSnapshotsAndRemovedElementsReadAsMissing) {
   EXPECT_EQ(xml.getDomNodeListLength(list("rig/a")), 0);
 }
 
-TEST_F(MarkupTest, RoundTripKeepsDeclarationAndCommentsAndReindents) {
-  parse("<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>   <a  x='1'/>\n\n\n<b>text</b></rig>");
-  EXPECT_EQ(written(),
-            "<?xml version=\"1.0\"?>\n<!-- edited by hand -->\n<rig>\n  <a x=\"1\" />\n  <b>text</b>\n</rig>\n");
-}
-
-TEST_F(MarkupTest, ParseAndWriteFailuresAreReportedOnTheGivenLogger) {
+TEST_F(MarkupTest, ParseAndWriteFailuresAndBytesThatAreNotText) {
   EXPECT_FALSE(xml.parse(path("missing.xml"), logger));
   EXPECT_EQ(host.texts("translation", "ERROR"),
             Strings{"XML parse error in '" + path("missing.xml") + "': File was not found at offset 0."});
@@ -139,7 +128,6 @@ TEST_F(MarkupTest, ParseAndWriteFailuresAreReportedOnTheGivenLogger) {
   EXPECT_EQ(errors[0].rfind("XML parse error in '" + path("bad.xml") + "': ", 0), 0u);
   EXPECT_EQ(xml.getDOMElement(CXMLHierPath("rig")), nullptr) << "nothing half-read stays";
   host.clearRecords();
-
   // A write replaces a longer file whole; a failed one leaves no temporary file.
   writeFile(path("out.xml"), "old contents that are much longer than the new document will be ..............");
   xml.createEmptyDocument("rig");
@@ -154,6 +142,32 @@ TEST_F(MarkupTest, ParseAndWriteFailuresAreReportedOnTheGivenLogger) {
     left.push_back(it->path().filename().string());
   std::sort(left.begin(), left.end());
   EXPECT_EQ(left, (Strings{"bad.xml", "out.xml", "taken.xml"}));
+  // A document without its root element is not written.
+  host.clearRecords();
+  xml.remove(CXMLHierPath("rig"));
+  EXPECT_FALSE(xml.write(path("out.xml"), logger));
+  EXPECT_EQ(readFile(path("out.xml")), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<rig />\n");
+  EXPECT_EQ(host.texts("translation", "ERROR"),
+            Strings{"XML write error in '" + path("out.xml") + "': no root element."});
+  // Bytes that are not text become replacement characters.
+  xml.createEmptyDocument("rig");
+  CXML_Parser::CDOMElement* entry = xml.addElement(CXMLHierPath("rig") / "catalog_data" / "entry");
+  xml.addAttribute(entry, "name",
+                   "a\xC3"
+                   "b\xFF"
+                   "c\x01\x1F"
+                   "d\xC3\xA9\xED\xA0\x80\tok");
+  xml.addAttribute(entry, "plain", "r\xC3\xA9sistor <&>");
+  EXPECT_EQ(written(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<rig>\n  <catalog_data>\n"
+            "    <entry name=\"a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD"
+            "c\xEF\xBF\xBD\xEF\xBF\xBD"
+            "d\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD"
+            "\xEF\xBF\xBD&#09;ok\" plain=\"r\xC3\xA9sistor &lt;&amp;>\" />\n  </catalog_data>\n</rig>\n");
+  EXPECT_EQ(host.texts("translation", "WARN"),
+            Strings{"XML write: '" + path("out.xml") +
+                    "': bytes that are not UTF-8 text replaced by U+FFFD in the attribute 'name' of element 'entry'."});
 }
 
 }  // namespace

@@ -33,7 +33,6 @@ struct QllnEnvironmentTest : StartedHostTest {
   log4cxx::LoggerPtr translation;
   std::optional<NComponent::CPrivateLogger> component;
   std::unique_ptr<CRunProgram<std::string>> run;
-
   void SetUp() override {
     StartedHostTest::SetUp();
     translation = NComponent::getTranslationLogger(*gComponent);
@@ -46,7 +45,6 @@ struct QllnEnvironmentTest : StartedHostTest {
     component.reset();
     StartedHostTest::TearDown();
   }
-
   // A runner starting from `env`.
   void start(const TEnv& env) {
     for (const auto& entry : env) run->replaceVariable(entry.first, entry.second);
@@ -95,19 +93,38 @@ TEST_F(QllnEnvironmentTest, FullEnvironmentOnPlatform1) {
   EXPECT_TRUE(host.lines("component").empty());
 }
 
-TEST_F(QllnEnvironmentTest, SourceSuiteAloneOnBothPlatforms) {
+TEST_F(QllnEnvironmentTest, SourceSuiteAloneOnBothPlatformsAndFailures) {
   CTerviaRoot root(nullptr);  // unset: relative entries on platform 2
   start({{"Path", "/bin"}});
   ASSERT_TRUE(qrn());
   const TEnv::value_type home{"QRN_HOME", "/opt/qlln/QRN_HOME"}, homeQl{"QRN_HOMEQL", "\\opt\\qlln\\QRN_HOME"},
       tonic{"TONIC_PATH", kTonic};
   EXPECT_EQ(run->environment(), (TEnv{{"Path", kQrnPath + "/bin"}, home, homeQl, tonic}));
-
   run = std::make_unique<CRunProgram<std::string>>(translation);
   host.setPlatform(2);
   ASSERT_TRUE(qrn());
   EXPECT_EQ(run->environment(), (TEnv{home, homeQl, {"PATH", "bin;usr\\X11R6\\bin;" + kQrnPath}, tonic}));
   EXPECT_TRUE(host.texts("translation", "ERROR").empty());
+  // Failures change nothing and log on both sinks.
+  start({{"PATH", "/bin"}});
+  const TEnv before = run->environment();
+  host.failService("get platform");
+  EXPECT_FALSE(full());
+  EXPECT_FALSE(qrn());
+  host.failService("get platform", false);
+  host.setPlatform(0);
+  EXPECT_FALSE(qrn());
+  EXPECT_EQ(host.texts("translation", "ERROR"), TLines(3, "Cannot obtain platform."));
+  EXPECT_EQ(host.texts("component", "ERROR"), TLines(3, "Cannot obtain platform."));
+  host.clearRecords();
+  host.setPlatform(1);
+  host.clearService("get qlln installation path");
+  EXPECT_FALSE(full());
+  EXPECT_FALSE(qrn());
+  const std::string noHome = "ERROR Cannot obtain QLLN's QRN_HOME directory.";
+  EXPECT_EQ(host.lines(),
+            (TLines{"translation " + noHome, "component " + noHome, "translation " + noHome, "component " + noHome}));
+  EXPECT_EQ(run->environment(), before);
 }
 
 TEST_F(QllnEnvironmentTest, Platform2PutsTerviaFirstAndQuotesPathsWithBlanksAsComposed) {
@@ -124,28 +141,6 @@ TEST_F(QllnEnvironmentTest, Platform2PutsTerviaFirstAndQuotesPathsWithBlanksAsCo
                     {"QRN_HOME", h},
                     {"QRN_HOMEQL", "\"\\opt\\my qlln\\QRN_HOME\""}},
                    kveVariables(k, h)));
-}
-
-TEST_F(QllnEnvironmentTest, FailuresChangeNothingAndLogOnBothSinks) {
-  start({{"PATH", "/bin"}});
-  const TEnv before = run->environment();
-  host.failService("get platform");
-  EXPECT_FALSE(full());
-  EXPECT_FALSE(qrn());
-  host.failService("get platform", false);
-  host.setPlatform(0);
-  EXPECT_FALSE(qrn());
-  EXPECT_EQ(host.texts("translation", "ERROR"), TLines(3, "Cannot obtain platform."));
-  EXPECT_EQ(host.texts("component", "ERROR"), TLines(3, "Cannot obtain platform."));
-  host.clearRecords();
-  host.setPlatform(1);
-  host.clearService("get qlln installation path");
-  EXPECT_FALSE(full());
-  EXPECT_FALSE(qrn());
-  const std::string home = "ERROR Cannot obtain QLLN's QRN_HOME directory.";
-  EXPECT_EQ(host.lines(),
-            (TLines{"translation " + home, "component " + home, "translation " + home, "component " + home}));
-  EXPECT_EQ(run->environment(), before);
 }
 
 }  // namespace

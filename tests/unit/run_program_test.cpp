@@ -1,5 +1,6 @@
-// The process starter: environment list, blocking runs, the cmd and ksh
-// command lines.
+// The process starter (environment list, blocking and piped runs, the cmd
+// and ksh command lines), how the process layer reads command lines and the
+// path helpers that write them.
 
 #include "core/hpp/impl/run_program.hpp"
 
@@ -7,11 +8,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <boost/algorithm/string/replace.hpp>
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "common/path_helpers.hpp"
 #include "components/hpp/component.hpp"
 #include "components/hpp/misc.hpp"
+#include "platform/command_line.hpp"
+#include "platform/process.hpp"
 #include "support/fake_host.hpp"
 
 extern char** environ;
@@ -26,6 +32,7 @@ namespace fs = boost::filesystem;
 namespace {
 
 using TEnv = CRunProgram<std::string>::TEnvironment;
+using TProcess = CRunProgram<std::string>::TProcess;
 
 // The lines of `file` that start with `prefix`, prefix removed.
 TLines fileLines(const fs::path& file, const std::string& prefix = "") {
@@ -54,7 +61,6 @@ class CFakeEnviron {
 
 struct RunProgramTest : StartedHostTest {
   std::unique_ptr<CRunProgram<std::string>> run;
-
   void SetUp() override {
     StartedHostTest::SetUp();
     run = std::make_unique<CRunProgram<std::string>>(NComponent::getTranslationLogger(*gComponent));
@@ -63,7 +69,6 @@ struct RunProgramTest : StartedHostTest {
     run.reset();
     StartedHostTest::TearDown();
   }
-
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }
   TLines texts(const std::string& level) { return host.texts("translation", level); }
   void obtain(TLines entries) {
@@ -80,9 +85,7 @@ struct RunProgramTest : StartedHostTest {
   }
 };
 
-// --- Environment list -------------------------------------------------------
-
-TEST_F(RunProgramTest, ObtainsEnvironmentInOrderAndSkipsBadEntries) {
+TEST_F(RunProgramTest, EnvironmentListIsObtainedFoundWithoutCaseAndPassedInOrder) {
   run->replaceVariable("Z", "9");  // obtaining starts from scratch
   {
     CFakeEnviron fake({"B=2", "NOSEPARATOR", "=C:=C:\\work", "X=", "Path=/usr/bin", "A=x=y"});
@@ -95,9 +98,7 @@ TEST_F(RunProgramTest, ObtainsEnvironmentInOrderAndSkipsBadEntries) {
             (TLines{"The key/val separator not found for the following variable definition: 'NOSEPARATOR'.",
                     "Variable name is invalid (key/val separator is the first character) for the following variable "
                     "definition: '=C:=C:\\work'."}));
-}
-
-TEST_F(RunProgramTest, ReplaceAndPushFindNamesWithoutCase) {
+  // Replacing and pushing find names without case.
   obtain({"Path=/bin", "HOME=/root", "abc=1", "ABC=2"});
   run->pushValueFront("PATH", "/a;");
   run->pushValueFront("PATH", "/b;");  // in place, in front
@@ -117,11 +118,7 @@ TEST_F(RunProgramTest, ReplaceAndPushFindNamesWithoutCase) {
                     "Process starter: pushing value to front: LIBS=/l;$LIBS",
                     "Process starter: pushing value to front: Abc=0$Abc", "Process starter: setting variable: path=/x",
                     "Process starter: setting variable: aBC=3", "Process starter: setting variable: NEW="}));
-}
-
-// --- Blocking run -----------------------------------------------------------
-
-TEST_F(RunProgramTest, ChildGetsTheListInOrderAndTheRunLogsEachStep) {
+  // The child gets the list in order and the run logs each step.
   obtain({"ZED=last", "Path=/usr/bin:/bin", "EMPTY=", "ALPHA=a=b"});
   run->pushValueFront("PATH", "/front;");
   run->replaceVariable("MID", "m");
@@ -156,7 +153,7 @@ TEST_F(RunProgramTest, WithoutEnvironmentTheChildInheritsAndSplitsLikeWindows) {
   EXPECT_EQ(texts("TRACE"), (TLines{"Environment passed for creating process:"}));
 }
 
-TEST_F(RunProgramTest, ExitCodesOfProgramsSignalsAndShells) {
+TEST_F(RunProgramTest, ExitCodesAndCommandsThatCannotStart) {
   const fs::path log = tmp.path() / "x.log";
   const std::vector<std::pair<std::string, unsigned long>> cases = {
       {child() + " exit=255", 255},
@@ -176,9 +173,7 @@ TEST_F(RunProgramTest, ExitCodesOfProgramsSignalsAndShells) {
   EXPECT_EQ(fileLines(log), (TLines{"'" + (tmp.path() / "libforge.exe").string() +
                                         "' is not recognized as an internal or external command,",
                                     "operable program or batch file."}));
-}
-
-TEST_F(RunProgramTest, CommandsThatCannotStartFailAndResetTheCode) {
+  // Commands that cannot start fail and reset the code.
   ASSERT_TRUE(start(child() + " exit=3"));
   host.clearRecords();
   EXPECT_FALSE(start(""));
@@ -193,11 +188,19 @@ TEST_F(RunProgramTest, CommandsThatCannotStartFailAndResetTheCode) {
             (TLines{"Process starter: process cannot be created. System error: 2 (No such file or directory)."}));
   EXPECT_FALSE(start("no_such_tool_in_path"));
   EXPECT_FALSE(start("   "));
+  host.clearRecords();
+  host.setLevel("DEBUG");  // as the piped runs log
+  EXPECT_EQ(run->createProcess("", 10000), nullptr);
+  EXPECT_EQ(run->createProcess((tmp.path() / "sksym2td.exe").string() + " -nostart", 10000), nullptr);
+  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Piped process starter: creating process: ''",
+                                  "translation ERROR Piped process starter: process cannot be created - empty command",
+                                  "translation DEBUG Piped process starter: creating process: '" + tmp.str() +
+                                      "/sksym2td.exe -nostart'",
+                                  "translation ERROR Piped process starter: process cannot be created. Reason: "
+                                  "System error: 2 (No such file or directory)."}));
 }
 
-// --- cmd /c -----------------------------------------------------------------
-
-TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsRunsHereAndKeepsShellCharactersLiteral) {
+TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsKeepsShellCharactersLiteralAndRedirects) {
   int stray = ::open("/dev/null", O_RDONLY);  // inheritable on purpose
   ASSERT_GE(stray, 3);
   const fs::path dir = "$(touch x)`touch y`;z";  // relative to the current directory
@@ -218,11 +221,8 @@ TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsRunsHereAndKeepsShellCharact
             (TLines{"fd:0", "fd:1", "fd:2", "cwd:" + fs::canonical(tmp.path()).string(), "$HOME"}));
   EXPECT_FALSE(fs::exists(tmp.path() / "x"));
   EXPECT_FALSE(fs::exists(tmp.path() / "y"));
-}
-
-// Both redirection forms, quoted paths with blanks, and outer quotes around
-// a line that starts with a quoted program.
-TEST_F(RunProgramTest, CmdRunsQuotedPathsWithBlanksAndRedirects) {
+  // Both redirection forms, quoted paths with blanks, and outer quotes around
+  // a line that starts with a quoted program.
   fs::path tool = copyChild(tmp.path() / "tool dir" / "libforge.exe");
   fs::path output = tmp.path() / "out, dir" / "libforge.log";
   fs::create_directories(output.parent_path());
@@ -246,22 +246,6 @@ TEST_F(RunProgramTest, CmdRunsQuotedPathsWithBlanksAndRedirects) {
   EXPECT_EQ(fileLines(output), expected);
 }
 
-// --- ksh -c -----------------------------------------------------------------
-
-TEST_F(RunProgramTest, KshRunsTheBodyWithQuotedPaths) {
-  fs::path tool = copyChild(tmp.path() / "rig (bin)" / "tbl2flat.exe");
-  fs::path input = tmp.path() / "my catalogs" / "resistors";
-  fs::path log = tmp.path() / "log dir" / "tbl2flat.log";
-  fs::create_directories(log.parent_path());
-  std::string command =
-      "ksh -c \"" + toUnixPath(tool) + " args -i " + toUnixPath(input) + " -w >> " + toUnixPath(log) + " 2>&1\"";
-  ASSERT_TRUE(start(command));
-  ASSERT_TRUE(start(command));
-  EXPECT_EQ(run->exitCode(), 0u);
-  const std::string in = "arg:" + input.string();
-  EXPECT_EQ(fileLines(log), (TLines{"arg:args", "arg:-i", in, "arg:-w", "arg:args", "arg:-i", in, "arg:-w"}));
-}
-
 // Both shells search the PATH of the child's environment.
 TEST_F(RunProgramTest, ShellsSearchTheChildPath) {
   fs::path bin = tmp.path() / "suite bin";
@@ -278,4 +262,242 @@ TEST_F(RunProgramTest, ShellsSearchTheChildPath) {
   EXPECT_EQ(run->exitCode(), 7u);
 }
 
+// A directory named with each character, on a ksh line as the symbol steps
+// write it with quoted paths: the tool gets the literal name, nothing else runs.
+TEST_F(RunProgramTest, KshPassesDirectoriesWithEveryCharacterLiterally) {
+  const fs::path tool = copyChild(tmp.path() / "rig (bin)" / "tbl2flat.exe"), log = tmp.path() / "log dir" / "t.log";
+  fs::create_directories(log.parent_path());
+  const std::string pwned = (tmp.path() / "PWNED").string();
+  std::string expected;
+  for (const char* form : {"my catalogs", "q\";touch @;\"", "a\\b", "$(touch @)", "`touch @`", "a;touch @",
+                           "a&touch @&", "a|touch @", "a\ntouch @", "tab\there", "*", "{a,b}", "~root"}) {
+    const fs::path dir = tmp.path() / "symbols" / boost::replace_all_copy(std::string(form), "@", pwned);
+    fs::create_directories(dir);
+    ASSERT_TRUE(
+        start("ksh -c \"" + toUnixPath(tool) + " args -p " + toUnixPath(dir) + " >> " + toUnixPath(log) + " 2>&1\""))
+        << form;
+    EXPECT_EQ(run->exitCode(), 0u) << form;
+    expected += "arg:args\narg:-p\narg:" + boost::replace_all_copy(dir.string(), "\\", "/") + "\n";
+  }
+  EXPECT_EQ(readFile(log), expected);
+  EXPECT_FALSE(fs::exists(pwned));
+}
+
+// The piped runs log at DEBUG and below.
+struct PipedProcessTest : RunProgramTest {
+  void SetUp() override {
+    RunProgramTest::SetUp();
+    host.setLevel("DEBUG");
+  }
+  // Steps 3 to 5 of a piped run: write all, close, wait.
+  bool feed(TProcess* process, const std::string& text) {
+    unsigned long written = 0;
+    bool wrote = NPlatform::writeFile(process->writingEnd(), text, written);
+    EXPECT_EQ(written, text.size());
+    EXPECT_TRUE(NPlatform::closeHandle(process->writingEnd()));
+    EXPECT_EQ(process->writingEnd(), NPlatform::kNullHandle);
+    return run->closeProcess(process, NMisc::kInfinite, 1) && wrote;
+  }
+};
+
+std::string bigText() {
+  std::string text;
+  for (int i = 0; text.size() < 300000; ++i) text += "symbol line " + std::to_string(i) + "\n";
+  return text;
+}
+
+// Through a ksh line with redirections and a changed environment.
+TEST_F(PipedProcessTest, ChildReceivesAllInputAndEndOfFile) {
+  run->obtainCurrentEnvironment();
+  run->replaceVariable("QRN_WD", "/neutral dir");
+  host.clearRecords();
+  fs::path dir = tmp.path() / "log dir";
+  fs::create_directories(dir);
+  std::string command = "ksh -c \"" + toUnixPath(child()) + " stdin=" + toUnixPath(dir / "in.txt") +
+                        " env out=done exit=6 >> " + toUnixPath(dir / "conv.log") + " 2>&1\"";
+  TProcess* process = run->createProcess(command, 10000);
+  ASSERT_NE(process, nullptr);
+  std::string text = bigText();
+  EXPECT_TRUE(feed(process, text));
+  EXPECT_EQ(run->exitCode(), 6u);
+  EXPECT_EQ(readFile(dir / "in.txt"), text);
+  std::string log = readFile(dir / "conv.log");
+  EXPECT_NE(log.find("env:QRN_WD=/neutral dir\n"), std::string::npos);
+  EXPECT_NE(log.find("done\n"), std::string::npos);
+  EXPECT_EQ(
+      host.lines(),
+      (TLines{"translation DEBUG Piped process starter: creating process: '" + command + "'",
+              "translation DEBUG Piped process starter: process created successfully; waiting until it has "
+              "finished its initialization, up to 10000 milliseconds...",
+              "translation DEBUG Piped process starter: restoring Std handles.",
+              "translation DEBUG Piped process close: waiting until child process exits...",
+              "translation DEBUG Piped process close: cleanup.", "translation DEBUG Piped process close: all done."}));
+}
+
+TEST_F(PipedProcessTest, ChildThatTakesNoInputAndWritingAfterItHasGone) {
+  TProcess* process = run->createProcess(child() + " exit=4", 10000);
+  ASSERT_NE(process, nullptr);
+  ASSERT_TRUE(run->closeProcess(process, NMisc::kInfinite, 1));
+  EXPECT_EQ(run->exitCode(), 4u);
+  // The write fails with EPIPE instead of raising a signal.
+  std::string text = bigText();
+  unsigned long written = 0;
+  EXPECT_FALSE(NPlatform::writeFile(process->writingEnd(), text.data(), text.size(), written));
+  EXPECT_EQ(NPlatform::lastError(), EPIPE);
+  EXPECT_LT(written, text.size());
+}
+
+TEST_F(PipedProcessTest, TimeOutKillsWithTheGivenCodeAndEndsWhatTheShellStarted) {
+  fs::path log = tmp.path() / "late.log";
+  TProcess* process =
+      run->createProcess("ksh -c \"" + child() + " sleep=600 out=late >> " + log.string() + "; exit 0\"", 10000);
+  ASSERT_NE(process, nullptr);
+  host.clearRecords();
+  auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(run->closeProcess(process, 100, 77));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_EQ(run->exitCode(), 77u);
+  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Piped process close: waiting until child process exits...",
+                                  "translation ERROR Piped process close: time-out interval elapsed: 100 milliseconds.",
+                                  "translation DEBUG Piped process close: attempting to terminate such a process...",
+                                  "translation DEBUG Piped process close: cleanup.",
+                                  "translation DEBUG Piped process close: all done."}));
+  std::this_thread::sleep_for(std::chrono::milliseconds(900));
+  EXPECT_EQ(readFile(log), "");
+}
+
+TEST_F(PipedProcessTest, BusyChildMissesTheInitializationLimit) {
+  std::string command = child() + " spin=700 exit=9";
+  auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(run->createProcess(command, 50), nullptr);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
+  EXPECT_EQ(run->exitCode(), 9u);
+  EXPECT_EQ(
+      host.lines(),
+      (TLines{"translation DEBUG Piped process starter: creating process: '" + command + "'",
+              "translation DEBUG Piped process starter: process created successfully; waiting until it has "
+              "finished its initialization, up to 50 milliseconds...",
+              "translation ERROR Piped process starter: process has not finished its initialization after: "
+              "50milliseconds.",
+              "translation DEBUG Piped process close: waiting until child process exits...",
+              "translation DEBUG Piped process close: cleanup.", "translation DEBUG Piped process close: all done."}));
+}
+
+TEST_F(PipedProcessTest, ManyRunsLeaveNoDescriptorsBehind) {
+  auto countFds = []() {
+    int count = 0;
+    for (fs::directory_iterator it("/proc/self/fd"), end; it != end; ++it) ++count;
+    return count;
+  };
+  int before = countFds();
+  for (int i = 0; i < 20; ++i) {
+    TProcess* process = run->createProcess(child() + " stdin=/dev/null", 10000);
+    ASSERT_NE(process, nullptr);
+    ASSERT_TRUE(feed(process, "x\n"));
+  }
+  EXPECT_EQ(countFds(), before);
+  // Abandoned after a failed write: its two ends go with the runner.
+  ASSERT_NE(run->createProcess(child() + " stdin=/dev/null", 10000), nullptr);
+  EXPECT_EQ(countFds(), before + 2);
+  run.reset();
+  EXPECT_EQ(countFds(), before);
+}
+
 }  // namespace
+
+namespace cmdline {
+
+using namespace NPlatform;
+using TWords = std::vector<std::string>;
+
+// The redirections of a plan as "<fd><op><file or fd>" words.
+TWords redirections(const TCommandPlan& plan) {
+  static const char* const kOps[] = {"<", ">", ">>", ">&"};
+  TWords out;
+  for (const auto& r : plan.redirections)
+    out.push_back(std::to_string(r.fd) + kOps[r.kind] +
+                  (r.kind == TRedirection::kDuplicate ? std::to_string(r.sourceFd) : r.file));
+  return out;
+}
+
+TEST(PathHelpers, UnixAndWindowsFormsAndQuoting) {
+  EXPECT_EQ(toUnixPath("C:\\lib\\cat", true), "C:/lib/cat");
+  EXPECT_EQ(toUnixPath("/lib/my cat", true), "\"/lib/my cat\"");
+  for (const char* special : {";", "#", "&", "(", ")", "'", "="})
+    EXPECT_EQ(toUnixPath(std::string("/a") + special + "b", true), std::string("\"/a") + special + "b\"") << special;
+  EXPECT_EQ(toUnixPath("/a,b$c", true), "/a,b$c");
+  EXPECT_EQ(toUnixPath("\\my dir\\x", false), "/my dir/x");
+  EXPECT_EQ(toUnixPath("\"/my dir\"", true), "\"/my dir\"");
+  EXPECT_EQ(toUnixPath(fs::path("/p q") / "r"), "\"/p q/r\"");
+  EXPECT_EQ(toUnixPath(""), "");
+  // Every character that ksh reads is quoted; '$' and backquote are left to
+  // the process layer.
+  EXPECT_EQ(toUnixPath("/lib/q\";touch PWNED;\""), "\"/lib/q\\\";touch PWNED;\\\"\"");
+  for (const char* special : {"|", "\n"})
+    EXPECT_EQ(toUnixPath(std::string("/a") + special + "b"), std::string("\"/a") + special + "b\"") << special;
+  EXPECT_EQ(toUnixPath("~x/*"), "\"~x/*\"");
+  EXPECT_EQ(toUnixPath("C:\\lib\\a$b`c~"), "C:/lib/a$b`c~");
+  EXPECT_EQ(toUnixPath("/lib/a\"b", false), "/lib/a\"b");
+  EXPECT_EQ(rig_common::unquoteUnixPath("\"/lib/q\\\";x\""), "/lib/q\";x");
+  EXPECT_EQ(rig_common::unquoteUnixPath("\"/p q"), "/p q");
+  EXPECT_EQ(toWindowsPath("/opt/kve/lm", true), "\\opt\\kve\\lm");
+  for (const char* special : {" ", ";", "&", ",", "="})
+    EXPECT_EQ(toWindowsPath(std::string("/a") + special + "b", true), std::string("\"\\a") + special + "b\"")
+        << special;
+  EXPECT_EQ(toWindowsPath("/a#(b)'", true), "\\a#(b)'");
+  EXPECT_EQ(toWindowsPath("/my dir/x", false), "\\my dir\\x");
+  EXPECT_EQ(toWindowsPath("\"/my dir/QRN_HOME\""), "\"\\my dir\\QRN_HOME\"");
+}
+
+TEST(CommandLine, CmdOuterQuotesOperatorsSyntaxErrorsAndLiteralShellCharacters) {
+  TCommandPlan plan = parseCommandLine("CMD /C \"\"\\x y\\tdlib2zpc.exe\" -Partition=p>>\\l\\conv.log 2>&1\"");
+  EXPECT_EQ(plan.interpreter, TInterpreter::kCmd);
+  EXPECT_EQ(plan.arguments, (TWords{"/x y/tdlib2zpc.exe", "-Partition=p"}));
+  EXPECT_EQ(redirections(plan), (TWords{"1>>/l/conv.log", "2>&1"}));
+  // Unbalanced once the outer pair is gone: kept.
+  EXPECT_EQ(parseCmdCommand("\"a\"b\"").arguments, (TWords{"ab"}));
+  // The whole line one quoted word that is no program: the pair goes.
+  EXPECT_EQ(parseCmdCommand("\"tool -x y\"").arguments, (TWords{"tool", "-x", "y"}));
+  // ... unless it names a program with blanks.
+  CTempDir tmp;
+  fs::copy_file(RunProgramTest::child(), tmp.path() / "my tool.exe");
+  EXPECT_EQ(parseCmdCommand("\"" + tmp.str() + "/my tool.exe\"").arguments, (TWords{tmp.str() + "/my tool.exe"}));
+  EXPECT_EQ(redirections(parseCmdCommand("a 2> e.txt < in.txt")), (TWords{"2>e.txt", "0<in.txt"}));
+  EXPECT_EQ(parseCmdCommand("tool >").syntaxError, "The syntax of the command is incorrect.");
+  EXPECT_EQ(parseCmdCommand("tool > > x").syntaxError, "The syntax of the command is incorrect.");
+  EXPECT_TRUE(parseCmdCommand("").arguments.empty());
+  EXPECT_EQ(parseCmdCommand("t $(touch x) `id`;ls $HOME|x&y").arguments,
+            (TWords{"t", "$(touch", "x)", "`id`;ls", "$HOME|x&y"}));
+}
+
+TEST(CommandLine, KshBodyOtherLinesSearchPathsAndSystemErrors) {
+  TCommandPlan plan = parseCommandLine("ksh -c \"\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1\"");
+  EXPECT_EQ(plan.interpreter, TInterpreter::kKsh);
+  EXPECT_EQ(plan.arguments, (TWords{"ksh", "-c", "\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1"}));
+  EXPECT_TRUE(plan.redirections.empty());
+  EXPECT_EQ(parseCommandLine("ksh -c exit 3").arguments, (TWords{"ksh", "-c", "exit 3"}));
+  // "$" and "`" of a path stay literal for ksh.
+  EXPECT_EQ(parseCommandLine("ksh -c \"t \"/a $x b/l\" `id`\"").arguments,
+            (TWords{"ksh", "-c", "t \"/a \\$x b/l\" \\`id\\`"}));
+  // Other lines split like the Windows runtime.
+  EXPECT_EQ(splitWindowsCommandLine("  \"C:\\a b\\t.exe\" x\\\\\\\"y \"q \"\"r\"\" s\" a\\\\b\\ \"\" "),
+            (TWords{"C:\\a b\\t.exe", "x\\\"y", "q \"r\" s", "a\\\\b\\", ""}));
+  EXPECT_EQ(splitWindowsCommandLine("prog \"open"), (TWords{"prog", "open"}));
+  EXPECT_TRUE(splitWindowsCommandLine("   ").empty());
+  EXPECT_EQ(parseCommandLine("cmdx /c a").interpreter, TInterpreter::kDirect);
+  EXPECT_EQ(parseCommandLine("cmdx /c a").arguments, (TWords{"cmdx", "/c", "a"}));
+  // Search paths and system errors.
+  EXPECT_EQ(splitSearchPath("\"/a b\"/bin;\\k\\lib;;/usr/bin:/bin"),
+            (TWords{"/a b/bin", "/k/lib", "/usr/bin", "/bin"}));
+  EXPECT_EQ(toPosixSearchPath("\"/a b\"/bin;/usr/bin:/bin"), "/a b/bin:/usr/bin:/bin");
+  CTempDir tmp;
+  fs::copy_file(RunProgramTest::child(), tmp.path() / "tool.exe");
+  vlttest::writeFile(tmp.path() / "plain", "not executable");
+  EXPECT_EQ(findProgram("tool", "/nowhere;" + tmp.str()), tmp.str() + "/tool.exe");
+  EXPECT_EQ(findProgram((tmp.path() / "tool").string(), ""), tmp.str() + "/tool.exe");
+  EXPECT_EQ(findProgram("plain", tmp.str()), "");
+  EXPECT_EQ(findProgram("tool.bat", tmp.str()), "");
+  EXPECT_EQ(systemErrorText(13), "System error: 13 (Permission denied).");
+}
+
+}  // namespace cmdline

@@ -36,7 +36,6 @@ const char* const kSmallCatalog =
 class Tbl2flatToolTest : public ::testing::Test {
  protected:
   void SetUp() override { layOut(temp.path()); }
-
   void layOut(const fs::path& root) {
     lib = root / "lib";
     catalogs = lib / "catalogs";
@@ -49,9 +48,7 @@ class Tbl2flatToolTest : public ::testing::Test {
     writeFile(map, "QRN_LOCATION_MAP_1 force\n# test map\n$LIB\n" + lib.string() + "\n" +
                        (root / "elsewhere").string() + "\n$EMPTY\n");
   }
-
   fs::path output(const std::string& catalog, const std::string& suffix) const { return neutral / (catalog + suffix); }
-
   // The command line of the catalog step for one catalog.
   std::string commandLine(const std::string& catalog, bool swap) const {
     return "ksh -c \"" + toUnixPath(kTool) + " -i " + toUnixPath(catalogs / catalog) + " -o " +
@@ -61,7 +58,6 @@ class Tbl2flatToolTest : public ::testing::Test {
            toUnixPath(logs / "rejected_parts.caf") + (swap ? " -w" : "") + " >> " + toUnixPath(logs / "tbl2flat.log") +
            " 2>&1\"";
   }
-
   // Runs a command line as the catalog step does; -1 when it cannot start.
   long run(const std::string& line, const std::string& fail = "") {
     NMisc::CRunProgram<std::string> program(log4cxx::Logger::getLogger("tbl2flat_tool_test"));
@@ -72,20 +68,17 @@ class Tbl2flatToolTest : public ::testing::Test {
     if (!program.runProgram(line, true, NMisc::kCreateNoWindow)) return -1;
     return static_cast<long>(program.exitCode());
   }
-
   long runCatalog(const std::string& catalog, const std::string& text, bool swap = false) {
     writeFile(catalogs / catalog, text);
     return run(commandLine(catalog, swap));
   }
-
   std::string log() const { return readFile(logs / "tbl2flat.log"); }
-
   CTempDir temp;
   fs::path lib, catalogs, neutral, config, logs, map;
 };
 
 // Outputs byte for byte; outputs are replaced, the log is appended.
-TEST_F(Tbl2flatToolTest, WritesNeutralCatalogPropertyListAndSymbolList) {
+TEST_F(Tbl2flatToolTest, WritesOutputsAndWithTheSwapTakesPartNumberFromPartNo) {
   writeFile(output("small", "_neut.tlx"), "old\n");
   writeFile(output("small", ".prop.list"), "OLD\n");
   writeFile(output("small", ".sym_list.caf"), ".SK_SYMBOL_PATH /old/x\n");
@@ -112,27 +105,27 @@ TEST_F(Tbl2flatToolTest, WritesNeutralCatalogPropertyListAndSymbolList) {
                        "/map/p2.map\n"
                        "tbl2flat: catalog small: 2 parts translated, 0 rejected, 0 excluded\n");
   EXPECT_FALSE(fs::exists(logs / "rejected_parts.caf"));
-}
-
-TEST_F(Tbl2flatToolTest, SwapTakesPartNumberFromPartNoAndRejectsPartsWithout) {
+  // In a working directory whose path has blanks and shell characters.
+  layOut(temp.path() / "work dir (1)");
+  EXPECT_NE(commandLine("small", true).find(" -i \"" + (catalogs / "small").string() + "\" -o \""), std::string::npos);
   writeFile(logs / "rejected_parts.caf", "// earlier\nother X-1\n");
-  ASSERT_EQ(runCatalog("small", kSmallCatalog, true), 0);
+  ASSERT_EQ(runCatalog("small", kSmallCatalog, true), 0) << log();
   const std::string neutralText = readFile(output("small", "_neut.tlx"));
   EXPECT_EQ(neutralText.substr(0, neutralText.find('\n') + 1), ".QRN_PART \"MPN-1\"\n");
   EXPECT_EQ(neutralText.find("P-2"), std::string::npos);
-  EXPECT_NE(readFile(output("small", ".sym_list.caf")).find("...QRN_PART MPN-1\n"), std::string::npos);
+  const std::string symbols = readFile(output("small", ".sym_list.caf"));
+  EXPECT_EQ(symbols.substr(0, 20 + lib.string().size()), ".SK_SYMBOL_PATH " + lib.string() + "/sym");
+  EXPECT_NE(symbols.find("...QRN_PART MPN-1\n"), std::string::npos);
   EXPECT_EQ(readFile(output("small", ".prop.list")), "PART_NO\nVALUE\n");
   EXPECT_EQ(log(),
             "Error: catalog small, part P-2: no PART_NO property to take the part number from, the part is rejected\n"
             "tbl2flat: catalog small: 1 parts translated, 1 rejected, 0 excluded\n");
-  EXPECT_EQ(readFile(logs / "rejected_parts.caf"),
-            "// earlier\nother X-1\n"
-            "// rejected by tbl2flat: no PART_NO property to take the part number from\n"
-            "small P-2\n");
+  const std::string rejected =
+      "// earlier\nother X-1\n// rejected by tbl2flat: no PART_NO property to take the part number from\nsmall P-2\n";
+  EXPECT_EQ(readFile(logs / "rejected_parts.caf"), rejected);
   // A rerun leaves the file as it is: the part is listed already.
-  const std::string before = readFile(logs / "rejected_parts.caf");
   ASSERT_EQ(runCatalog("small", kSmallCatalog, true), 0);
-  EXPECT_EQ(readFile(logs / "rejected_parts.caf"), before);
+  EXPECT_EQ(readFile(logs / "rejected_parts.caf"), rejected);
 }
 
 TEST_F(Tbl2flatToolTest, RejectsPartsItCannotTranslate) {
@@ -178,7 +171,6 @@ TEST_F(Tbl2flatToolTest, ExcludedPartsAreLeftOutEntirely) {
   EXPECT_EQ(log(),
             "Error: catalog small, part P-3: no CONTAINER, the part is rejected\n"
             "tbl2flat: catalog small: 1 parts translated, 1 rejected, 1 excluded\n");
-
   // With the swap, either number excludes.
   writeFile(config / "excluded_parts.caf", "small MPN-1\nsmall P-2\n");
   fs::remove(logs / "tbl2flat.log");
@@ -187,37 +179,7 @@ TEST_F(Tbl2flatToolTest, ExcludedPartsAreLeftOutEntirely) {
   EXPECT_EQ(log(), "tbl2flat: catalog small: 0 parts translated, 0 rejected, 2 excluded\n");
 }
 
-TEST_F(Tbl2flatToolTest, ValueCatalogsCarryListedPropertyValues) {
-  writeFile(config / "catalog_val_prop.xml",
-            "<rig><catalog_data><value_property_mapping>"
-            "<catalog_list><catalog name=\"other\"/><catalog name=\"small\"/></catalog_list>"
-            "<ql_property_list><ql_property name=\"VALUE\"/><ql_property name=\"MISSING\"/>"
-            "<ql_property name=\"PART_NO\"/></ql_property_list>"
-            "</value_property_mapping></catalog_data></rig>");
-  ASSERT_EQ(runCatalog("small", kSmallCatalog), 0);
-  const std::string text = readFile(output("small", "_neut.tlx"));
-  EXPECT_NE(text.find("..VALUE \"Two words\"\n..QRN_VALUE_PROPERTY \"VALUE\"\n...QRN_VALUE \"Two words\"\n"
-                      "..QRN_VALUE_PROPERTY \"PART_NO\"\n...QRN_VALUE \"MPN-1\"\n.QRN_PART \"P-2\"\n"),
-            std::string::npos)
-      << text;
-  EXPECT_NE(text.find("..VALUE \"\"\n..QRN_VALUE_PROPERTY \"VALUE\"\n...QRN_VALUE \"\"\n"), std::string::npos) << text;
-  // The markers are no properties.
-  EXPECT_EQ(readFile(output("small", ".prop.list")), "PART_NO\nVALUE\nCLASS\n");
-
-  // A catalog that is not listed gets no markers.
-  ASSERT_EQ(runCatalog("plain", std::string(kSmallCatalog).replace(20, 13, "CATALOG plain")), 0);
-  EXPECT_EQ(readFile(output("plain", "_neut.tlx")).find("QRN_VALUE"), std::string::npos);
-
-  // A broken value file is warned about and carries nothing.
-  writeFile(config / "catalog_val_prop.xml", "<rig><catalog_data>");
-  fs::remove(logs / "tbl2flat.log");
-  ASSERT_EQ(runCatalog("small", kSmallCatalog), 0);
-  EXPECT_EQ(readFile(output("small", "_neut.tlx")).find("QRN_VALUE"), std::string::npos);
-  EXPECT_EQ(log().substr(0, log().find('\n')), "Warning: cannot parse value property file, no values are carried: " +
-                                                   (config / "catalog_val_prop.xml").string());
-}
-
-TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryAndGoesOn) {
+TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryGoesOnAndCarriesValues) {
   ASSERT_EQ(runCatalog("odd",
                        "CATALOG named_otherwise\nGEOM g0\n"
                        "PART O-1\n  CONTAINER $LIB/old\n  CONTAINER $LIB/sym\n  MAP_FILE $LIB/map/p1.map\n"
@@ -242,6 +204,32 @@ TEST_F(Tbl2flatToolTest, ReportsProblemsOfTheEntryAndGoesOn) {
   EXPECT_EQ(readFile(output("odd", "_neut.tlx")).substr(0, 48),
             ".QRN_PART \"O-1\"\n..QRN_PART_CONTAINER \"$LIB/sym\"\n");
   EXPECT_EQ(readFile(output("odd", ".prop.list")), "");
+  // Value catalogs carry listed property values.
+  writeFile(config / "catalog_val_prop.xml",
+            "<rig><catalog_data><value_property_mapping>"
+            "<catalog_list><catalog name=\"other\"/><catalog name=\"small\"/></catalog_list>"
+            "<ql_property_list><ql_property name=\"VALUE\"/><ql_property name=\"MISSING\"/>"
+            "<ql_property name=\"PART_NO\"/></ql_property_list>"
+            "</value_property_mapping></catalog_data></rig>");
+  ASSERT_EQ(runCatalog("small", kSmallCatalog), 0);
+  const std::string text = readFile(output("small", "_neut.tlx"));
+  EXPECT_NE(text.find("..VALUE \"Two words\"\n..QRN_VALUE_PROPERTY \"VALUE\"\n...QRN_VALUE \"Two words\"\n"
+                      "..QRN_VALUE_PROPERTY \"PART_NO\"\n...QRN_VALUE \"MPN-1\"\n.QRN_PART \"P-2\"\n"),
+            std::string::npos)
+      << text;
+  EXPECT_NE(text.find("..VALUE \"\"\n..QRN_VALUE_PROPERTY \"VALUE\"\n...QRN_VALUE \"\"\n"), std::string::npos) << text;
+  // The markers are no properties.
+  EXPECT_EQ(readFile(output("small", ".prop.list")), "PART_NO\nVALUE\nCLASS\n");
+  // A catalog that is not listed gets no markers.
+  ASSERT_EQ(runCatalog("plain", std::string(kSmallCatalog).replace(20, 13, "CATALOG plain")), 0);
+  EXPECT_EQ(readFile(output("plain", "_neut.tlx")).find("QRN_VALUE"), std::string::npos);
+  // A broken value file is warned about and carries nothing.
+  writeFile(config / "catalog_val_prop.xml", "<rig><catalog_data>");
+  fs::remove(logs / "tbl2flat.log");
+  ASSERT_EQ(runCatalog("small", kSmallCatalog), 0);
+  EXPECT_EQ(readFile(output("small", "_neut.tlx")).find("QRN_VALUE"), std::string::npos);
+  EXPECT_EQ(log().substr(0, log().find('\n')), "Warning: cannot parse value property file, no values are carried: " +
+                                                   (config / "catalog_val_prop.xml").string());
 }
 
 // Exit codes: 1 for a bad command line, 2 for unreadable input, 3 for an
@@ -259,8 +247,7 @@ TEST_F(Tbl2flatToolTest, RefusesBadCommandLinesWithoutWritingAnything) {
       {" -r " + toUnixPath(logs / "rejected_parts.caf"), "", "Error: missing option -r"},
       {" -e ", " -q ", "Error: unknown option: -q"},
       {" -v ", " extra -v ", "Error: unexpected argument: extra"},
-      {good, "ksh -c \"" + toUnixPath(kTool) + " -w -i" + toLog, "Error: option -i needs a value"},
-  };
+      {good, "ksh -c \"" + toUnixPath(kTool) + " -w -i" + toLog, "Error: option -i needs a value"}};
   for (const auto& c : cases) {
     std::string line = good;
     line.replace(line.find(c.from), c.from.size(), c.to);
@@ -273,7 +260,23 @@ TEST_F(Tbl2flatToolTest, RefusesBadCommandLinesWithoutWritingAnything) {
     EXPECT_FALSE(fs::exists(output("small", suffix))) << suffix;
 }
 
-TEST_F(Tbl2flatToolTest, UnreadableCatalogOrLocationMapEndsWithCode2) {
+TEST_F(Tbl2flatToolTest, UnreadableOrUnwritableFilesEndWithCode2Or3AndInjectedFailuresEndEarly) {
+  writeFile(catalogs / "small", kSmallCatalog);
+  EXPECT_EQ(run(commandLine("small", false), "exit:7"), 7);
+  EXPECT_EQ(log(), "Error: tbl2flat failed on request (TBL2FLAT_FAIL=exit:7)\n");
+  EXPECT_NE(run(commandLine("small", false), "crash"), 0);
+  EXPECT_FALSE(fs::exists(output("small", "_neut.tlx")));
+  EXPECT_FALSE(fs::exists(output("small", ".sym_list.caf")));
+  std::string line = commandLine("small", false);
+  const std::string from = toUnixPath(output("small", "_neut.tlx"));
+  const std::string to = (temp.path() / "nodir" / "small_neut.tlx").string();
+  line.replace(line.find(from), from.size(), to);
+  EXPECT_EQ(run(line), 3);
+  EXPECT_NE(log().find("Error: cannot write neutral catalog file: " + to + "\n"), std::string::npos) << log();
+  EXPECT_EQ(readFile(output("small", ".prop.list")), "PART_NO\nVALUE\nCLASS\n");
+  EXPECT_TRUE(fs::exists(output("small", ".sym_list.caf")));
+  // An unreadable catalog or location map ends with code 2.
+  fs::remove(logs / "tbl2flat.log");
   EXPECT_EQ(run(commandLine("missing", false)), 2);
   EXPECT_EQ(runCatalog("notacatalog", "# no catalog statement\nPART X\nEND_PART\n"), 2);
   EXPECT_EQ(runCatalog("empty", "# nothing\n"), 2);
@@ -286,34 +289,6 @@ TEST_F(Tbl2flatToolTest, UnreadableCatalogOrLocationMapEndsWithCode2) {
   EXPECT_EQ(log(), "Error: cannot read location map: " + map.string() + "\n");
   for (const auto& name : {"missing", "notacatalog", "empty", "small"})
     EXPECT_FALSE(fs::exists(output(name, "_neut.tlx"))) << name;
-}
-
-TEST_F(Tbl2flatToolTest, UnwritableOutputEndsWithCode3AndInjectedFailuresEndEarly) {
-  writeFile(catalogs / "small", kSmallCatalog);
-  EXPECT_EQ(run(commandLine("small", false), "exit:7"), 7);
-  EXPECT_EQ(log(), "Error: tbl2flat failed on request (TBL2FLAT_FAIL=exit:7)\n");
-  EXPECT_NE(run(commandLine("small", false), "crash"), 0);
-  EXPECT_FALSE(fs::exists(output("small", "_neut.tlx")));
-  EXPECT_FALSE(fs::exists(output("small", ".sym_list.caf")));
-
-  std::string line = commandLine("small", false);
-  const std::string from = toUnixPath(output("small", "_neut.tlx"));
-  const std::string to = (temp.path() / "nodir" / "small_neut.tlx").string();
-  line.replace(line.find(from), from.size(), to);
-  EXPECT_EQ(run(line), 3);
-  EXPECT_NE(log().find("Error: cannot write neutral catalog file: " + to + "\n"), std::string::npos) << log();
-  EXPECT_EQ(readFile(output("small", ".prop.list")), "PART_NO\nVALUE\nCLASS\n");
-  EXPECT_TRUE(fs::exists(output("small", ".sym_list.caf")));
-}
-
-TEST_F(Tbl2flatToolTest, PathsWithBlanksAndShellCharactersArriveWhole) {
-  layOut(temp.path() / "work dir (1)");
-  ASSERT_EQ(runCatalog("small", kSmallCatalog, true), 0) << log();
-  EXPECT_NE(commandLine("small", true).find(" -i \"" + (catalogs / "small").string() + "\" -o \""), std::string::npos);
-  EXPECT_EQ(readFile(output("small", ".sym_list.caf")).substr(0, 20 + lib.string().size()),
-            ".SK_SYMBOL_PATH " + lib.string() + "/sym");
-  EXPECT_EQ(readFile(logs / "rejected_parts.caf"),
-            "// rejected by tbl2flat: no PART_NO property to take the part number from\nsmall P-2\n");
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ struct TlxTest : ::testing::Test {
   TLXNode& root() { return *tree->root; }
 };
 
-TEST_F(TlxTest, KeywordAndArgumentLinesBuildTheTree) {
+TEST_F(TlxTest, KeywordAndArgumentLinesBuildTheTreeAndFailuresReportTheLine) {
   EXPECT_TRUE(parse("! comment\n\n   \t\n!.A 1\n"));
   EXPECT_TRUE(root().children.empty());
   ASSERT_TRUE(parse(".A\n..B 1\n  x y \n...C\n....D\nz\n.E  two  words \r\nA.B\n"));
@@ -50,9 +50,7 @@ TEST_F(TlxTest, KeywordAndArgumentLinesBuildTheTree) {
   EXPECT_EQ(root().children[1]->values, (std::vector<std::string>{"two  words"}));
   EXPECT_EQ(root().values, (std::vector<std::string>{"A.B"}));
   EXPECT_TRUE(log.messages.empty());
-}
-
-TEST_F(TlxTest, ParseFailuresReportTheLine) {
+  // Parse failures report the line.
   struct TCase {
     std::string text;
     std::vector<std::string> messages;
@@ -63,8 +61,7 @@ TEST_F(TlxTest, ParseFailuresReportTheLine) {
       {"\n  ..A 1  \n", {"5 Found a grandchild without a parent at line: 2", "2 Line content: ..A 1"}},
       {"...A\n", {"5 Inconsistency found (too many dots) at line: 1"}},
       {".A\n!c\n..B\n....C\n", {"5 Inconsistency found (too many dots) at line: 4"}},
-      {".A 1\n ... \n.B 2\n", {"5 Inconsistency found (keyword missing) at line: 2"}},
-  };
+      {".A 1\n ... \n.B 2\n", {"5 Inconsistency found (keyword missing) at line: 2"}}};
   for (const auto& c : cases) {
     log.messages.clear();
     TLXManager fresh(&log);
@@ -84,12 +81,11 @@ TEST_F(TlxTest, ParseFailuresReportTheLine) {
                                                     "5 Cannot open file for reading: /nonexistent/x.tlx"}));
 }
 
-TEST_F(TlxTest, FilesBlocksHandedBackLinesAndDepth) {
+TEST_F(TlxTest, FilesBlocksHandedBackLinesDepthAndSearches) {
   vlttest::CTempDir tmp;
   vlttest::writeFile(tmp.path() / "a.tlx", ".A 1\n..B 2");
   ASSERT_TRUE(tree->readFile((tmp.path() / "a.tlx").string()));
   EXPECT_EQ(root().children[0]->children[0]->valueAt(0), "2");
-
   std::istringstream in("..B 2\n");
   TLXInput input(in);
   input.handBack(".A 1");
@@ -100,7 +96,6 @@ TEST_F(TlxTest, FilesBlocksHandedBackLinesAndDepth) {
   ASSERT_TRUE(tree->read(input));
   EXPECT_EQ(input.lineNumber, 1);
   EXPECT_EQ(seen, (std::vector<std::string>{"0 1 A .A 1", "0 2 B ..B 2"}));
-
   // Lines across read blocks and longer than one; line numbers count every line.
   const std::string longValue(200000, 'v');
   std::string text;
@@ -116,16 +111,13 @@ TEST_F(TlxTest, FilesBlocksHandedBackLinesAndDepth) {
   for (int i = 0; i < 9000; ++i) text += "! comment number " + std::to_string(i) + "\n\n";
   EXPECT_FALSE(parse(text + "..orphan\n"));
   EXPECT_EQ(log.messages.front(), "5 Found a grandchild without a parent at line: 18001");
-
   text.clear();
   for (int i = 1; i <= 1500; ++i) text += std::string(static_cast<size_t>(i), '.') + "K\n";
   ASSERT_TRUE(parse(text));
   int depth = 0;
   for (const TLXNode* node = &root(); !node->children.empty(); node = node->children.front()) ++depth;
   EXPECT_EQ(depth, 1500);
-}
-
-TEST_F(TlxTest, SearchesAreResumableAndOptionallyCaseBlind) {
+  // Searches are resumable and optionally case-blind.
   ASSERT_TRUE(parse(".QRN_PART 1\n.X\n.QRN_PART 2\n.qrn_part 3\n"));
   EXPECT_EQ(root().findNextChild("QRN_PART"), nullptr);  // no search started
   EXPECT_EQ(root().findFirstChild("QRN_PART")->valueAt(0), "1");
@@ -147,13 +139,18 @@ TEST_F(TlxTest, ValuesChildrenAndTheByteFormat) {
   std::ostringstream out;
   rig_common::writeTLXChildren(out, root());
   EXPECT_EQ(out.str(), ".A v w\n..MAP \n..MV x     \ny     \n\n...LEAF 'q'\n");
-
   EXPECT_EQ(m->valueAt(7), "");  // out of range gives an empty string
   m->setValue(3, "four");
   EXPECT_EQ(m->values, (std::vector<std::string>{"x", "y", "", "four"}));
-  auto copy = m->clone();
+  auto copy = m->clone();  // deep: the values are the copy's own
   EXPECT_EQ(copy->parent, nullptr);
   EXPECT_EQ(copy->values, m->values);
+  copy->values[1] = "z";
+  copy->values.resize(5);
+  EXPECT_FALSE(copy->values == m->values);
+  EXPECT_EQ(m->values, (std::vector<std::string>{"x", "y", "", "four"}));
+  EXPECT_EQ(std::vector<std::string>(copy->values.begin() + 1, copy->values.end()),
+            (std::vector<std::string>{"z", "", "four", ""}));
   EXPECT_EQ(root().detachChild(copy.get()), nullptr);
 }
 
@@ -175,20 +172,6 @@ TEST(TlxChildren, DetachAnywhereKeepsTheListAndTheCursorWhole) {
   root.detachChild(b);
   EXPECT_EQ(root.children.front(), c);
   EXPECT_EQ(root.children.back(), c);
-}
-
-// Values are copied deeply and compare with plain string vectors.
-TEST(TlxValues, CopiesAreIndependent) {
-  rig_common::TLXHandler::TLXValues values;
-  values.push_back("a");
-  values.emplace_back("b");
-  rig_common::TLXHandler::TLXValues other = values;
-  other[1] = "x";
-  EXPECT_EQ(values, (std::vector<std::string>{"a", "b"}));
-  EXPECT_FALSE(other == values);
-  other.resize(3);
-  EXPECT_EQ(other, (std::vector<std::string>{"a", "x", ""}));
-  EXPECT_EQ(std::vector<std::string>(other.begin() + 1, other.end()), (std::vector<std::string>{"x", ""}));
 }
 
 }  // namespace

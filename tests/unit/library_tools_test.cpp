@@ -1,0 +1,310 @@
+// The tool simulators libforge.exe, sksym2td.exe, tdlib2zpc.exe, qrn2pdb.exe
+// and tlx2partsdb on crafted inputs: outputs byte for byte, errors, exit codes.
+
+#include <gtest/gtest.h>
+
+#include <boost/filesystem.hpp>
+
+#include "support/fake_host.hpp"
+
+namespace fs = boost::filesystem;
+using namespace vlttest;
+
+namespace {
+
+const fs::path kTools(VLT_TOOLS_DIR);
+const std::string kLogic = std::string(VLT_SOURCE_DIR) + "/examples/components/digital/logic";
+
+// A temporary directory to run the tools in, their output in out.txt.
+struct ToolTest : ::testing::Test {
+  CTempDir tmp;
+  std::string output() const { return readFile(tmp.path() / "out.txt"); }
+  // The exit code of `tool` run with `args` (quoted where needed) in the
+  // temporary directory, with `environment` settings in front.
+  int runTool(const std::string& tool, const std::string& args, const std::string& environment = "") {
+    return shell("cd '" + tmp.str() + "' && " + environment + " '" + (kTools / tool).string() + "' " + args +
+                 " > out.txt 2>&1");
+  }
+};
+
+const std::string kSeedIndex =
+    "*ZPC_INDEX 1\n*HOLDER symbol SymbolLibs\n*HOLDER pdb PartsDBLibs\n*HOLDER cell CellLibs\n";
+
+struct LibForgeTest : ToolTest {
+  fs::path lib() const { return tmp.path() / "my lib"; }
+  fs::path index() const { return lib() / "Library.zpc"; }
+  fs::path log() const { return tmp.path() / "int.log"; }
+  static std::string quote(const std::string& text) { return "'" + text + "'"; }
+  std::string zpc() const { return quote("-zpcpath=" + index().string()); }
+  int run(const std::string& args) { return runTool("libforge.exe", args); }
+  int partition(const std::string& type, const std::string& name) {
+    return run("-CreatePartition " + zpc() + " -partitiontype=" + type + " " + quote("-partitionname=" + name) + " " +
+               quote("-log=" + log().string()));
+  }
+};
+
+// The seed's properties and holders are checked with create_wdir.
+TEST_F(LibForgeTest, SeedAndPartitionsAreMadeOnceAndRecordedByKind) {
+  ASSERT_EQ(run("-CreateSeed " + zpc() + " " + quote("-log=" + log().string())), 0);
+  const std::string said = "LibForge: creating seed library: " + lib().string() +
+                           "\nLibForge: seed library created: " + index().string() + "\n";
+  EXPECT_EQ(output(), said);
+  EXPECT_EQ(readFile(log()), said);
+  EXPECT_EQ(partition("cell", "pcb_std"), 0);
+  EXPECT_EQ(partition("symbol", "logic gates"), 0);
+  EXPECT_EQ(partition("symbol", "logic gates"), 0);
+  EXPECT_EQ(output(), "LibForge: partition already exists, left as it is: symbol logic gates\n");
+  // A partition file, one name a line.
+  writeFile(tmp.path() / "catalog.list", "resistors\n\n  capacitors \r\nresistors\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " " + quote("-pdbpartitionfile=" + tmp.str() + "/catalog.list")), 0);
+  EXPECT_NE(output().find("partition already exists, left as it is: pdb resistors"), std::string::npos);
+  for (const char* dir :
+       {"CellLibs/pcb_std", "SymbolLibs/logic gates", "PartsDBLibs/resistors", "PartsDBLibs/capacitors"})
+    EXPECT_TRUE(fs::is_directory(lib() / dir)) << dir;
+  // Names in quotes lose them.
+  EXPECT_EQ(partition("cell", "\"c d_e\""), 0);
+  writeFile(tmp.path() / "p.caf", "\"x y\"\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " " + quote("-sympartitionfile=" + tmp.str() + "/p.caf")), 0);
+  EXPECT_EQ(readFile(index()), kSeedIndex +
+                                   "*PARTITION symbol logic gates\n*PARTITION symbol x y\n*PARTITION pdb resistors\n"
+                                   "*PARTITION pdb capacitors\n*PARTITION cell pcb_std\n*PARTITION cell c d_e\n");
+}
+
+TEST_F(LibForgeTest, ErrorsGiveClearMessagesAndCodes) {
+  ASSERT_EQ(run("-CreateSeed " + zpc()), 0);
+  writeFile(tmp.path() / "sym_partitions.caf", "a/b\ngood\n..\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " " + quote("-sympartitionfile=" + tmp.str() + "/sym_partitions.caf")),
+            3);
+  EXPECT_TRUE(fs::is_directory(lib() / "SymbolLibs" / "good"));
+  EXPECT_FALSE(fs::exists(lib() / "SymbolLibs" / "a"));
+  EXPECT_NE(output().find("Error: invalid partition name: 'a/b'"), std::string::npos);
+  EXPECT_EQ(partition("Symbol", "x"), 1);
+  EXPECT_EQ(output(), "Error: unknown partition type: Symbol (expected cell, symbol or pdb)\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " -partitiontype=cell"), 1);
+  EXPECT_EQ(output(), "Error: missing option -partitionname=\n");
+  EXPECT_EQ(run("-CreateSeed"), 1);
+  EXPECT_EQ(output(), "Error: missing option -zpcpath=\n");
+  EXPECT_EQ(run("-zpcpath=x"), 1);
+  EXPECT_EQ(run("-CreatePartition -zpcpath=/nonexistent/Library.zpc -partitiontype=pdb -partitionname=x"), 2);
+  EXPECT_EQ(output(), "Error: library index file does not exist or cannot be read: /nonexistent/Library.zpc\n");
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " -cellpartitionfile=/nonexistent"), 3);
+  // An unquoted name with a blank arrives split.
+  EXPECT_EQ(run("-CreatePartition " + zpc() + " -partitiontype=cell -partitionname=c d"), 1);
+  EXPECT_EQ(output(), "Error: unexpected argument: d\n");
+}
+
+struct Sksym2tdToolTest : ToolTest {
+  // Runs the tool on `script` with QRN_WD the temporary directory.
+  int run(const std::string& script, const std::string& environment = "") {
+    writeFile(tmp.path() / "script", script);
+    return runTool("sksym2td.exe", "-nostart < script", "QRN_WD='" + tmp.str() + "' " + environment);
+  }
+};
+
+TEST_F(Sksym2tdToolTest, TargetSymbolsWithTheConfigurationAppliedAndFailures) {
+  writeFile(tmp.path() / "c.cfg",
+            "[PACKAGE ATTRIBUTES]\nCLASS=\nREVISION=REV\n\n[PIN ATTRIBUTES]\nPIN_NO=#\n\n[PIN TYPES]\nIO=BI\n\n"
+            "[DESIGN SCALING]\nScale=2.0\n\n");
+  writeFile(tmp.path() / "map", "QRN_LOCATION_MAP_1\n$LIB\n" + kLogic + "\n");
+  fs::create_directories(tmp.path() / "out");
+  ASSERT_EQ(run("\nsymxlt_cfg_file c.cfg\ntd_symbol_output_path out\nsymbol begin\nsk_symbol_path " + kLogic +
+                    "/nand2\ntd_symbol_name logic_nand2\nsymbol end\nsymbol begin\nsk_symbol_path $LIB/buf8\n"
+                    "td_symbol_name \"logic buf8_v\"\npin_map A A[0:2]\nsymbol end\nrun\nexit\n",
+                "QRN_LOCATION_MAP='\"" + (tmp.path() / "map").string() + "\"'"),
+            0)
+      << output();
+  EXPECT_EQ(readFile(tmp.path() / "out" / "logic_nand2.sym"),
+            "TDSYMBOL 1\nNAME logic_nand2\nSOURCE " + kLogic +
+                "/nand2.smbl_2\nDESCRIPTION \"2-input NAND gate\"\nUNIT INCH\nPIN_SPACING 0.2\nSCALE 2\nREFDES U?\n"
+                "BODY 0 0 1.2 0.8\nATTRIBUTE REV 2\nPIN A IN 0 0.6 L\nPIN_ATTRIBUTE A # 1\nPIN B IN 0 0.2 L\n"
+                "PIN_ATTRIBUTE B # 2\nPIN Y OUT 1.2 0.4 R\nPIN_ATTRIBUTE Y # 3\nEND\n");
+  const std::string vector = readFile(tmp.path() / "out" / "logic buf8_v.sym");
+  EXPECT_NE(vector.find("NAME \"logic buf8_v\"\n"), std::string::npos);
+  EXPECT_NE(vector.find("PIN A[0] BI 0 0.8 L\nPIN A[1] BI 0 0.6 L\nPIN A[2] BI 0 0.4 L\nPIN B BI 1.6 0.8 R\n"),
+            std::string::npos)
+      << vector;
+  EXPECT_NE(output().find("sksym2td: 2 symbol block(s), exit code 0\n"), std::string::npos);
+  std::string block;
+  for (const char* name : {"mux4", "or2"})
+    block += "symbol begin\nsk_symbol_path " + kLogic + "/" + name + "\ntd_symbol_neutral_path " + name[0] +
+             std::string(".neut\nsymbol end\n");
+  EXPECT_EQ(run("write_symbol off\n" + block + "run\nexit\n"), 2);
+  EXPECT_NE(output().find("Error: cannot read symbol " + kLogic + "/mux4: no END in " + kLogic + "/mux4.smbl_1\n"),
+            std::string::npos);
+  EXPECT_FALSE(fs::exists(tmp.path() / "m.neut"));
+  EXPECT_TRUE(fs::exists(tmp.path() / "o.neut")) << "the other block is done";
+  EXPECT_EQ(run("write_symbol off\nsymbol begin\nrun\n"), 1);
+  EXPECT_EQ(output(), "Error: unknown script line 3: run\n");
+  EXPECT_EQ(run("symxlt_cfg_file missing.cfg\ntd_symbol_output_path .\nsymbol begin\nsk_symbol_path " + kLogic +
+                "/or2\ntd_symbol_name x\nsymbol end\nrun\nexit\n"),
+            4);
+  EXPECT_NE(output().find("Error: cannot read SymXlt configuration file: missing.cfg\n"), std::string::npos);
+  EXPECT_EQ(run("write_symbol off\n" + block + "run\nexit\n", "SKSYM2TD_FAIL=exit:9 SKSYM2TD_FAIL_SYMBOLS=or2,x"), 9);
+  EXPECT_NE(output().find("Error: sksym2td failed on request (SKSYM2TD_FAIL=exit:9)\n"), std::string::npos);
+}
+
+struct Tdlib2zpcTest : ToolTest {
+  fs::path lib() const { return tmp.path() / "Library"; }
+  fs::path part() const { return lib() / "SymbolLibs" / "P"; }
+  void SetUp() override {
+    fs::create_directories(part());
+    writeFile(lib() / "Library.zpc", "*ZPC_INDEX 1\n*PARTITION symbol P\n");
+  }
+  int run(const std::string& args, const std::string& environment = "") {
+    return runTool("tdlib2zpc.exe", args, environment);
+  }
+  int update(const std::string& partition = "P", const std::string& environment = "") {
+    return run("'-CentralLib=" + (lib() / "Library.zpc").string() + "' -Partition=" + partition +
+                   " '-LogFile=" + (tmp.path() / "t.log").string() + "'",
+               environment);
+  }
+};
+
+TEST_F(Tdlib2zpcTest, ListsOnceThenEntersWhatTheJournalNamesOnce) {
+  writeFile(part() / "a.sym", "x");
+  writeFile(part() / "notes.txt", "x");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P a\ntdlib2zpc: partition P: 1 new symbol(s), directory listed\n");
+  // Afterwards only the journal counts: a file nobody journalled waits.
+  writeFile(part() / "b c.sym", "x");
+  writeFile(part() / "unjournalled.sym", "x");
+  writeFile(part() / ".tdlib2zpc" / "journal", "b c\na\nb c\n");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P b c\ntdlib2zpc: partition P: 1 new symbol(s)\n");
+  EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "");
+  // Damaged lines are passed over, a last line without its end counts.
+  writeFile(part() / "e.sym", "x");
+  writeFile(part() / "f.sym", "x");
+  writeFile(part() / ".tdlib2zpc" / "journal", "\n../a\nnope\n#sync 12\ne\r\n\xff\xfe\ne\nf");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(),
+            "tdlib2zpc: entered symbol P e\ntdlib2zpc: entered symbol P f\ntdlib2zpc: partition P: 2 new symbol(s)\n");
+  fs::remove(part() / ".tdlib2zpc" / "journal");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: partition P: 0 new symbol(s)\n");
+  EXPECT_FALSE(fs::exists(part() / ".tdlib2zpc" / "journal"));
+  EXPECT_EQ(readFile(lib() / "Library.zpc"),
+            "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P a\n*SYMBOL P b c\n*SYMBOL P e\n*SYMBOL P f\n");
+  EXPECT_EQ(readFile(tmp.path() / "t.log").find("tdlib2zpc: entered symbol P a\n"), 0u);
+}
+
+TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceTakesOverAnOlderStateAndErrors) {
+  // An earlier version kept the names entered in a file: they stay entered.
+  writeFile(part() / ".tdlib2zpc" / "entered", "old\n");
+  writeFile(part() / "old.sym", "x");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: partition P: 0 new symbol(s), directory listed\n");
+  // Two source symbols folding to one target name, and the old name again.
+  std::string script = "td_symbol_output_path " + part().string() + "\n";
+  for (const char* name : {"n", "n", "old"})
+    script += "symbol begin\nsk_symbol_path " + kLogic + "/nand2\ntd_symbol_name " + name + "\nsymbol end\n";
+  writeFile(tmp.path() / "script", script + "run\nexit\n");
+  ASSERT_EQ(runTool("sksym2td.exe", "-nostart < script"), 0);
+  EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "n\nn\nold\n");
+  ASSERT_EQ(update(), 0);
+  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P n\ntdlib2zpc: partition P: 1 new symbol(s)\n");
+  EXPECT_EQ(readFile(lib() / "Library.zpc"), "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P n\n");
+  // Errors give messages and codes.
+  EXPECT_EQ(run("-Partition=P"), 1);
+  EXPECT_EQ(output(), "Error: missing option -CentralLib=\n");
+  // A library path with a blank, not quoted, arrives split.
+  EXPECT_EQ(run("-CentralLib=/w d/Library.zpc -Partition=P"), 1);
+  EXPECT_EQ(output(), "Error: unexpected argument: d/Library.zpc\n");
+  EXPECT_EQ(run("-CentralLib=/nonexistent/Library.zpc -Partition=P"), 2);
+  EXPECT_EQ(output(), "Error: library index file does not exist or cannot be read: /nonexistent/Library.zpc\n");
+  EXPECT_EQ(update("Q"), 3);
+  EXPECT_EQ(output(), "Error: symbol partition is not in the library: Q\n");
+  EXPECT_EQ(update("P", "TDLIB2ZPC_FAIL=exit:7"), 7);
+  EXPECT_EQ(output(), "Error: tdlib2zpc.exe failed on request (TDLIB2ZPC_FAIL=exit:7)\n");
+}
+
+struct PdbToolsTest : ToolTest {
+  fs::path root, logs;
+  void SetUp() override {
+    root = tmp.path();
+    logs = root / "log";
+    for (const auto& dir : {logs, root / "lib", root / "symbols_1" / "gates"}) fs::create_directories(dir);
+    writeFile(root / "qrn.caf", ".FILETYPE PROPTRANS\n\n.soft_path  \"$L\"  \"" + (root / "lib").string() +
+                                    "\"\n\n .PROP   \"VALUE\"  \"Value\"\n   ..PASS   forward\n   ..PDB    yes\n"
+                                    " .PROP   \"CLASS\"  \"\"\n   ..PASS   forward\n   ..PDB    no\n\n");
+    writeFile(root / "cat_neut.tlx",
+              ".QRN_PART \"P1\"\n..QRN_PART_CONTAINER \"$L/sym/gates\"\n..QRN_MAP_FILE \"$L/p1.map\"\n"
+              "..QRN_GEOM \"so8\"\n..QRN_COMP \"G\"\n...QRN_SYMBOL \"g\"\n..VALUE \"Nand gate\"\n..CLASS \"IC\"\n"
+              "..EXTRA \"x\"\n"
+              ".QRN_PART \"P2\"\n..QRN_PART_CONTAINER \"$L/sym/gates\"\n..QRN_MAP_FILE \"$L/p2.map\"\n"
+              "..QRN_COMP \"G\"\n...QRN_SYMBOL \"g\"\n"
+              ".QRN_PART \"P3\"\n..QRN_PART_CONTAINER \"$L/sym/other\"\n..QRN_COMP \"H\"\n...QRN_SYMBOL \"h\"\n");
+    writeFile(root / "lib" / "p1.map", "# gate\nSYMBOL g 1\nPIN A 1 S0\nPIN Y B2,3 S0\n");
+    writeFile(root / "lib" / "p2.map", "SYMBOL g 1\nPIN Q 4 S0\n");
+    writeFile(root / "symbols_1" / "gates" / "g.neut", "SYMBOL g\nPIN_NAME A\nPIN_NAME Y\n");
+    writeFile(root / "partitions", "gates_g logic\n");
+    writeFile(root / "Library.zpc", "*ZPC_INDEX 1\n");
+    writeFile(root / "pins", "// cell pins\nso8 1 b2 3\n");
+  }
+  // Runs the generator in the log directory; `pinSource` is "Library.zpc" or "pins".
+  int generate(const std::string& options, const std::string& pinSource = "Library.zpc",
+               const std::string& environment = "") {
+    const std::string r = root.string() + "/";
+    return shell("cd " + logs.string() + " && " + environment + " " + (kTools / "qrn2pdb.exe").string() + " " +
+                 options + " -m " + r + "lists " + r + "qrn.caf " + r + "cat_neut.tlx " + r +
+                 "cat.tlx 1 0 dummy dummy " + r + "symbols_1 " + r + pinSource + " dummy " + r + "rejected " + r +
+                 "partitions " + r + "Library.zpc");
+  }
+  std::string report() const { return readFile(logs / "qrn2pdb.txt"); }
+};
+
+TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsRejectsTheOthersChecksPinsAndFails) {
+  ASSERT_EQ(generate("-z -x -o"), 0);
+  EXPECT_EQ(readFile(root / "cat.tlx"),
+            ".PDB_CATALOG \"cat\"\n.PDB_PART \"P1\"\n..PDB_CELL \"so8\"\n..PDB_COMP \"G\"\n...PDB_SYMBOL \"gates_g\"\n"
+            "....PDB_PARTITION \"logic\"\n....PDB_PORTION \"1\"\n.....PDB_PIN \"A\"\n......PDB_PHYS \"1\"\n"
+            ".....PDB_PIN \"Y\"\n......PDB_PHYS \"B2\"\n......PDB_PHYS \"3\"\n..PDB_PROPERTY \"Value\"\n"
+            "...PDB_VALUE \"Nand gate\"\n");
+  EXPECT_EQ(report(),
+            "Warning: catalog cat, part P1: property EXTRA has no translation, it is not carried\n"
+            "Error: catalog cat, part P2: pin Q does not exist on symbol gates_g, the part is rejected\n"
+            "Error: catalog cat, part P3: symbol other_h has no partition, the part is rejected\n"
+            "qrn2pdb: catalog cat: 1 parts written, 2 rejected\n");
+  EXPECT_EQ(readFile(root / "rejected"),
+            "// rejected by qrn2pdb: pin Q does not exist on symbol gates_g\ncat P2\n"
+            "// rejected by qrn2pdb: symbol other_h has no partition\ncat P3\n");
+  // The pin list checks cell pins in the chosen case.
+  ASSERT_EQ(generate("-z -x -o -p -a", "pins"), 0);
+  EXPECT_NE(readFile(root / "cat.tlx").find("......PDB_PHYS \"b2\"\n"), std::string::npos);
+  ASSERT_EQ(generate("-z -x -o -p", "pins"), 0);
+  EXPECT_NE(
+      report().find("Error: catalog cat, part P1: physical pin B2 does not exist on cell so8, the part is rejected\n"),
+      std::string::npos);
+  EXPECT_EQ(generate("-p -g", "pins"), 1);
+  EXPECT_EQ(report(), "Error: options -p and -g exclude each other\n");
+  EXPECT_EQ(generate("-p", "nothing"), 2);
+  EXPECT_EQ(report(), "Error: cannot read geometry pin list: " + (root / "nothing").string() + "\n");
+  const std::string wrongCount = "Error: expected 13 arguments behind -m <symbol list directory>, got 2\n";
+  EXPECT_EQ(shell("cd " + logs.string() + " && " + (kTools / "qrn2pdb.exe").string() + " -z -m a b c > /dev/null"), 1);
+  EXPECT_EQ(report(), wrongCount);
+  // Failures on request, per catalog.
+  EXPECT_EQ(generate("", "Library.zpc", "QRN2PDB_FAIL=other=exit:4,cat=exit:7 >/dev/null"), 7);
+  EXPECT_EQ(report(), wrongCount);  // untouched
+  EXPECT_EQ(generate("", "Library.zpc", "QRN2PDB_FAIL=other=exit:4"), 0);
+}
+
+TEST_F(PdbToolsTest, ImportToolRefusesBadInputs) {
+  const std::string tool = (kTools / "tlx2partsdb").string(), log = (root / "t.log").string(),
+                    cat = " -o cat.pdb -c " + (root / "Library.zpc").string();
+  auto run = [&](const std::string& args) { return shell(tool + " " + args + " -l " + log + " > /dev/null"); };
+  writeFile(root / "cat.tlx", ".PDB_CATALOG \"cat\"\n");
+  EXPECT_EQ(run("-w -i " + (root / "cat.tlx").string() + " -o cat.pdb"), 1);
+  EXPECT_EQ(run("-w -i " + (root / "cat.tlx").string() + " -o cat.pdb -c " + (root / "none.zpc").string()), 2);
+  EXPECT_EQ(run("-w -i " + (root / "no.tlx").string() + cat), 3);
+  EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 0);
+  EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 4);
+  EXPECT_EQ(readFile(log),
+            "Error: missing option -c\nError: cannot read Central Library index: " + (root / "none.zpc").string() +
+                "\nError: parts database text does not exist: " + (root / "no.tlx").string() +
+                "\ntlx2partsdb: " + (root / "cat.tlx").string() +
+                " imported into parts database cat\nError: parts database exists, -w replaces it: " +
+                (root / "PartsDBLibs" / "cat" / "cat.pdb").string() + "\n");
+  EXPECT_EQ(readFile(root / "Library.zpc"), kSeedIndex + "*PARTITION pdb cat\n");
+}
+
+}  // namespace
