@@ -65,9 +65,7 @@ TEST(SymbolListItem, PathsAreNormalisedAndCheckedAndWalksSkipNodesWithoutValue) 
   CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
   quoted.root->addValue("'a\\b'");
   EXPECT_TRUE(quoted.isValid(nullptr));
-  EXPECT_EQ(log.messages, (Strings{"5 Invalid path to SK symbol: ab",
-                                   "5 Expected SK_SYMBOL_PATH node not found.  Instead there is: CATALOG",
-                                   "5 Path to SK symbol not found."}));
+  expectGolden("SymbolListItem.Paths.messages", log.messages);
   // Finding and walking skip nodes without a value.
   CSymbolListItem found(nullptr, "lib/s");
   found.root->addChildWithoutValue("CATALOG");
