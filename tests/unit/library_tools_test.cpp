@@ -124,8 +124,7 @@ TEST_F(Sksym2tdToolTest, TargetSymbolsWithTheConfigurationAppliedAndFailures) {
     block += "symbol begin\nsk_symbol_path " + kLogic + "/" + name + "\ntd_symbol_neutral_path " + name[0] +
              std::string(".neut\nsymbol end\n");
   EXPECT_EQ(run("write_symbol off\n" + block + "run\nexit\n"), 2);
-  EXPECT_NE(output().find("Error: cannot read symbol " + kLogic + "/mux4: no END in " + kLogic + "/mux4.smbl_1\n"),
-            std::string::npos);
+  expectFile("Sksym2tdToolTest.TargetSymbols.unreadable", tmp.path() / "out.txt");
   EXPECT_FALSE(fs::exists(tmp.path() / "m.neut"));
   EXPECT_TRUE(fs::exists(tmp.path() / "o.neut")) << "the other block is done";
   EXPECT_EQ(run("write_symbol off\nsymbol begin\nrun\n"), 1);
