@@ -263,8 +263,7 @@ TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
     item.addSymbolUse("d", "p", "x", "s");
     writer.list().add(item);
   }
-  EXPECT_EQ(readFile(file("cat.caf")),
-            ".SK_SYMBOL_PATH l/s\n..CATALOG c\n..CATALOG d\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n");
+  expectGolden("ListFileTest.Writers.catalogAdded", {readFile(file("cat.caf"))});
   EXPECT_TRUE(log.messages.empty());
   // Unclosed writers write when they go, also when moved into a map.
   {
