@@ -8,6 +8,7 @@
 #include "components/hpp/misc.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent;
@@ -232,9 +233,7 @@ TEST_F(ListTest, OneDimensionalItemsAndBoundsAndTheRidIsTheDecimalAddress) {
 TEST_F(ListTest, TwoDimensionalRowRules) {
   std::string rid = new2DList();
   addRowItemTo2DList(rid, "lost");
-  EXPECT_EQ(host.lines(),
-            (TLines{"component DEBUG Creating 2D list.", "translation ERROR List is empty - the item cannot be added.",
-                    "component ERROR List is empty - the item cannot be added."}));
+  expectGolden("ListTest.TwoDimensional.emptyList", host.lines());
   EXPECT_EQ(get2DListSize(rid), 0);
   addRowTo2DList(rid);
   addRowItemTo2DList(rid, "x");
@@ -272,11 +271,7 @@ TEST_F(ListTest, UnknownRemovedAndOtherKindRids) {
   addRowTo2DList("1");
   addRowItemTo2DList("1", "x");
   addTwoColItemTo2DList("1", "a", "b");
-  const std::string unknown1D = "Invalid RID passed to add_item_to_1d_list() function.",
-                    unknown2D = "Invalid RID passed to add_row_to_2d_list() function.";
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{unknown1D, unknown2D, "Invalid RID passed to add_row_item_to_2d_list() function.", unknown1D}));
-  EXPECT_EQ(host.texts("component", "ERROR").size(), 4u);
+  expectGolden("ListTest.UnknownRids.unknown", host.lines());
   std::string one = new1DList(), two = new2DList(), gone = new2DList();
   addItemTo1DList(one, "a");
   addTwoColItemTo2DList(two, "k", "v");
@@ -290,7 +285,7 @@ TEST_F(ListTest, UnknownRemovedAndOtherKindRids) {
   addItemTo1DList(two, "x");
   addRowTo2DList(one);
   addTwoColItemTo2DList(gone, "c", "d");
-  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{unknown1D, unknown2D, unknown1D}));
+  expectGolden("ListTest.UnknownRids.otherKind", host.lines());
   EXPECT_EQ(get2DListItem(gone, 0, 0), "");
   EXPECT_EQ(get1DListSize(one), 1);
   EXPECT_EQ(get2DListSize(two), 1);

@@ -9,6 +9,7 @@
 #include "host/log_writer.hpp"
 #include "host/progress.hpp"
 #include "summary/summary.hpp"
+#include "support/golden.hpp"
 
 using namespace vlthost;
 
@@ -45,11 +46,7 @@ TEST(HostLogWriter, PeopleFormMergesTheTwoSinksOfOneMessage) {
   }
   std::string text = std::regex_replace(out.str(), std::regex("[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "), "T ");
   text = std::regex_replace(text, std::regex("^=== [0-9-]+ T?[0-9:]+ UTC "), "=== DATE ");
-  EXPECT_EQ(text,
-            "=== DATE vlt2hrw-host 1.0: run ===\n"
-            "T WARN  translation+component: one\\x02\n"
-            "T WARN  component: one\\x02\n"
-            "T INFO  init: two\n");
+  vlttest::expectGolden("HostLogWriter.PeopleForm", {text});
   std::ostringstream exact;
   CLogWriter log(exact, ELogFormat::Exact);
   log.header("not in the exact form");

@@ -6,6 +6,7 @@
 #include <boost/filesystem.hpp>
 
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -19,6 +20,10 @@ const std::string kLogic = std::string(VLT_SOURCE_DIR) + "/examples/components/d
 struct ToolTest : ::testing::Test {
   CTempDir tmp;
   std::string output() const { return readFile(tmp.path() / "out.txt"); }
+  // The bytes of `file` against the golden file of `name`, paths as $TMP and $SRC.
+  void expectFile(const std::string& name, const fs::path& file) const {
+    expectGolden(name, {readFile(file)}, {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
+  }
   // The exit code of `tool` run with `args` (quoted where needed) in the
   // temporary directory, with `environment` settings in front.
   int runTool(const std::string& tool, const std::string& args, const std::string& environment = "") {
@@ -65,9 +70,7 @@ TEST_F(LibForgeTest, SeedAndPartitionsAreMadeOnceAndRecordedByKind) {
   EXPECT_EQ(partition("cell", "\"c d_e\""), 0);
   writeFile(tmp.path() / "p.caf", "\"x y\"\n");
   EXPECT_EQ(run("-CreatePartition " + zpc() + " " + quote("-sympartitionfile=" + tmp.str() + "/p.caf")), 0);
-  EXPECT_EQ(readFile(index()), kSeedIndex +
-                                   "*PARTITION symbol logic gates\n*PARTITION symbol x y\n*PARTITION pdb resistors\n"
-                                   "*PARTITION pdb capacitors\n*PARTITION cell pcb_std\n*PARTITION cell c d_e\n");
+  expectFile("LibForgeTest.Seed.index", index());
 }
 
 TEST_F(LibForgeTest, ErrorsGiveClearMessagesAndCodes) {
@@ -113,24 +116,15 @@ TEST_F(Sksym2tdToolTest, TargetSymbolsWithTheConfigurationAppliedAndFailures) {
                 "QRN_LOCATION_MAP='\"" + (tmp.path() / "map").string() + "\"'"),
             0)
       << output();
-  EXPECT_EQ(readFile(tmp.path() / "out" / "logic_nand2.sym"),
-            "TDSYMBOL 1\nNAME logic_nand2\nSOURCE " + kLogic +
-                "/nand2.smbl_2\nDESCRIPTION \"2-input NAND gate\"\nUNIT INCH\nPIN_SPACING 0.2\nSCALE 2\nREFDES U?\n"
-                "BODY 0 0 1.2 0.8\nATTRIBUTE REV 2\nPIN A IN 0 0.6 L\nPIN_ATTRIBUTE A # 1\nPIN B IN 0 0.2 L\n"
-                "PIN_ATTRIBUTE B # 2\nPIN Y OUT 1.2 0.4 R\nPIN_ATTRIBUTE Y # 3\nEND\n");
-  const std::string vector = readFile(tmp.path() / "out" / "logic buf8_v.sym");
-  EXPECT_NE(vector.find("NAME \"logic buf8_v\"\n"), std::string::npos);
-  EXPECT_NE(vector.find("PIN A[0] BI 0 0.8 L\nPIN A[1] BI 0 0.6 L\nPIN A[2] BI 0 0.4 L\nPIN B BI 1.6 0.8 R\n"),
-            std::string::npos)
-      << vector;
-  EXPECT_NE(output().find("sksym2td: 2 symbol block(s), exit code 0\n"), std::string::npos);
+  expectFile("Sksym2tdToolTest.TargetSymbols.nand2", tmp.path() / "out" / "logic_nand2.sym");
+  expectFile("Sksym2tdToolTest.TargetSymbols.buf8", tmp.path() / "out" / "logic buf8_v.sym");
+  expectFile("Sksym2tdToolTest.TargetSymbols.output", tmp.path() / "out.txt");
   std::string block;
   for (const char* name : {"mux4", "or2"})
     block += "symbol begin\nsk_symbol_path " + kLogic + "/" + name + "\ntd_symbol_neutral_path " + name[0] +
              std::string(".neut\nsymbol end\n");
   EXPECT_EQ(run("write_symbol off\n" + block + "run\nexit\n"), 2);
-  EXPECT_NE(output().find("Error: cannot read symbol " + kLogic + "/mux4: no END in " + kLogic + "/mux4.smbl_1\n"),
-            std::string::npos);
+  expectFile("Sksym2tdToolTest.TargetSymbols.unreadable", tmp.path() / "out.txt");
   EXPECT_FALSE(fs::exists(tmp.path() / "m.neut"));
   EXPECT_TRUE(fs::exists(tmp.path() / "o.neut")) << "the other block is done";
   EXPECT_EQ(run("write_symbol off\nsymbol begin\nrun\n"), 1);
@@ -163,29 +157,32 @@ struct Tdlib2zpcTest : ToolTest {
 TEST_F(Tdlib2zpcTest, ListsOnceThenEntersWhatTheJournalNamesOnce) {
   writeFile(part() / "a.sym", "x");
   writeFile(part() / "notes.txt", "x");
+  // The output of each run, then the index and the log file.
+  TLines said;
   ASSERT_EQ(update(), 0);
-  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P a\ntdlib2zpc: partition P: 1 new symbol(s), directory listed\n");
+  said.push_back(output());
   // Afterwards only the journal counts: a file nobody journalled waits.
   writeFile(part() / "b c.sym", "x");
   writeFile(part() / "unjournalled.sym", "x");
   writeFile(part() / ".tdlib2zpc" / "journal", "b c\na\nb c\n");
   ASSERT_EQ(update(), 0);
-  EXPECT_EQ(output(), "tdlib2zpc: entered symbol P b c\ntdlib2zpc: partition P: 1 new symbol(s)\n");
+  said.push_back(output());
   EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "");
   // Damaged lines are passed over, a last line without its end counts.
   writeFile(part() / "e.sym", "x");
   writeFile(part() / "f.sym", "x");
   writeFile(part() / ".tdlib2zpc" / "journal", "\n../a\nnope\n#sync 12\ne\r\n\xff\xfe\ne\nf");
   ASSERT_EQ(update(), 0);
-  EXPECT_EQ(output(),
-            "tdlib2zpc: entered symbol P e\ntdlib2zpc: entered symbol P f\ntdlib2zpc: partition P: 2 new symbol(s)\n");
+  said.push_back(output());
   fs::remove(part() / ".tdlib2zpc" / "journal");
   ASSERT_EQ(update(), 0);
-  EXPECT_EQ(output(), "tdlib2zpc: partition P: 0 new symbol(s)\n");
+  said.push_back(output());
   EXPECT_FALSE(fs::exists(part() / ".tdlib2zpc" / "journal"));
-  EXPECT_EQ(readFile(lib() / "Library.zpc"),
-            "*ZPC_INDEX 1\n*PARTITION symbol P\n*SYMBOL P a\n*SYMBOL P b c\n*SYMBOL P e\n*SYMBOL P f\n");
-  EXPECT_EQ(readFile(tmp.path() / "t.log").find("tdlib2zpc: entered symbol P a\n"), 0u);
+  said.push_back("--- index");
+  said.push_back(readFile(lib() / "Library.zpc"));
+  said.push_back("--- log");
+  said.push_back(readFile(tmp.path() / "t.log"));
+  expectGolden("Tdlib2zpcTest.ListsOnce", said);
 }
 
 TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceTakesOverAnOlderStateAndErrors) {
@@ -255,19 +252,9 @@ struct PdbToolsTest : ToolTest {
 
 TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsRejectsTheOthersChecksPinsAndFails) {
   ASSERT_EQ(generate("-z -x -o"), 0);
-  EXPECT_EQ(readFile(root / "cat.tlx"),
-            ".PDB_CATALOG \"cat\"\n.PDB_PART \"P1\"\n..PDB_CELL \"so8\"\n..PDB_COMP \"G\"\n...PDB_SYMBOL \"gates_g\"\n"
-            "....PDB_PARTITION \"logic\"\n....PDB_PORTION \"1\"\n.....PDB_PIN \"A\"\n......PDB_PHYS \"1\"\n"
-            ".....PDB_PIN \"Y\"\n......PDB_PHYS \"B2\"\n......PDB_PHYS \"3\"\n..PDB_PROPERTY \"Value\"\n"
-            "...PDB_VALUE \"Nand gate\"\n");
-  EXPECT_EQ(report(),
-            "Warning: catalog cat, part P1: property EXTRA has no translation, it is not carried\n"
-            "Error: catalog cat, part P2: pin Q does not exist on symbol gates_g, the part is rejected\n"
-            "Error: catalog cat, part P3: symbol other_h has no partition, the part is rejected\n"
-            "qrn2pdb: catalog cat: 1 parts written, 2 rejected\n");
-  EXPECT_EQ(readFile(root / "rejected"),
-            "// rejected by qrn2pdb: pin Q does not exist on symbol gates_g\ncat P2\n"
-            "// rejected by qrn2pdb: symbol other_h has no partition\ncat P3\n");
+  expectFile("PdbToolsTest.Generator.catalog", root / "cat.tlx");
+  expectFile("PdbToolsTest.Generator.report", logs / "qrn2pdb.txt");
+  expectFile("PdbToolsTest.Generator.rejected", root / "rejected");
   // The pin list checks cell pins in the chosen case.
   ASSERT_EQ(generate("-z -x -o -p -a", "pins"), 0);
   EXPECT_NE(readFile(root / "cat.tlx").find("......PDB_PHYS \"b2\"\n"), std::string::npos);
@@ -298,12 +285,7 @@ TEST_F(PdbToolsTest, ImportToolRefusesBadInputs) {
   EXPECT_EQ(run("-w -i " + (root / "no.tlx").string() + cat), 3);
   EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 0);
   EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 4);
-  EXPECT_EQ(readFile(log),
-            "Error: missing option -c\nError: cannot read Central Library index: " + (root / "none.zpc").string() +
-                "\nError: parts database text does not exist: " + (root / "no.tlx").string() +
-                "\ntlx2partsdb: " + (root / "cat.tlx").string() +
-                " imported into parts database cat\nError: parts database exists, -w replaces it: " +
-                (root / "PartsDBLibs" / "cat" / "cat.pdb").string() + "\n");
+  expectFile("PdbToolsTest.ImportTool.log", log);
   EXPECT_EQ(readFile(root / "Library.zpc"), kSeedIndex + "*PARTITION pdb cat\n");
 }
 

@@ -6,6 +6,7 @@
 
 #include "components/hpp/misc.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using NComponent::MappingFile::MappingFile;
@@ -38,16 +39,9 @@ struct MappingFileTest : StartedHostTest {
     }
     return out;
   }
-  TLines warnings() const { return host.texts("translation", "WARN"); }
-  std::string at(int line) const { return " at line " + std::to_string(line) + " in file: " + path; }
 };
 
-TEST_F(MappingFileTest, SymbolsPinsOddLinesAndAMissingFile) {
-  EXPECT_EQ(read("SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\n"
-                 "symbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n"),
-            (TLines{"nand_a 1 NAND2  : A 1,2,3 S1 | B 4 S2 |", "\"nor\" 2 NOR2 e1 e2: c 5 s |"}));
-  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Reading mapping file: " + path,
-                                  "component DEBUG Reading mapping file: " + path}));
+TEST_F(MappingFileTest, AMissingFileSymbolsPinsAndOddLines) {
   // Reading appends; a missing file is an error.
   MappingFile mapping;
   mapping.symbols.emplace_back();
@@ -58,42 +52,28 @@ TEST_F(MappingFileTest, SymbolsPinsOddLinesAndAMissingFile) {
   for (const char* sink : {"translation", "component"})
     EXPECT_TRUE(
         host.logged(sink, "ERROR", "Reading mapping file: cannot open mapping file for reading: " + path + ".none"));
-  // Odd lines and their warnings.
-  const std::string prefix = "Reading mapping file: ";
-  struct TCase {
-    std::string text;
-    TLines symbols, warnings;
-  };
-  const std::vector<TCase> cases = {
+  // Symbols and pins, then odd lines: the symbols read and the whole log of each text.
+  const std::vector<std::string> texts = {
+      // Quotes go, except around the symbol name; words beyond the fifth of a SYMBOL line are dropped.
+      "SYMBOL nand_a 1 NAND2\nPIN A 1,2,3 S1\nPIN 'B' \"4\" 'S2'\nsymbol \"nor\" 2 'NOR2' e1 \"e2\" e3\npin c 5 s\n",
       // Swap codes: one is taken, the pin stays without one.
-      {"SYMBOL s 1\nPIN A 1, 2 X\nPIN B 3\nPIN C 4 Y Z\n",
-       {"s 1   : A 1, 2 | B 3  | C 4 Y |"},
-       {prefix + "more than one pin swap code has been specified for a pin" + at(2),
-        prefix + "pin swap code has not been specified for a pin" + at(3),
-        prefix + "more than one pin swap code has been specified for a pin" + at(4)}},
+      "SYMBOL s 1\nPIN A 1, 2 X\nPIN B 3\nPIN C 4 Y Z\n",
       // Mapped names split at every comma, also inside quotes.
-      {"SYMBOL s 1\nPIN A \"1,2\" X\nPIN B ,1 X\nPIN C 1,,2 X\n", {"s 1   : A 1,2 X | B ,1 X | C 1,,2 X |"}, {}},
+      "SYMBOL s 1\nPIN A \"1,2\" X\nPIN B ,1 X\nPIN C 1,,2 X\n",
       // A SYMBOL line of one word is unknown; pins go to the symbol before.
-      {"  SYMBOL a  \nPIN A 1 X\nSYMBOL s 1\nSYMBOL b\nPIN B 2 Y\n",
-       {"s 1   : B 2 Y |"},
-       {prefix + "unknown keyword found in entry: 'SYMBOL a'" + at(1), prefix + "orphaned pin entry found" + at(2),
-        prefix + "unknown keyword found in entry: 'SYMBOL b'" + at(4)}},
+      "  SYMBOL a  \nPIN A 1 X\nSYMBOL s 1\nSYMBOL b\nPIN B 2 Y\n",
       // Known keywords in any case are silent, with too few words they are unknown.
-      {"common a b\nPinSet x y z\nPOWER a b\nblock a b\nSUBSYMBOL\nsubpin a b\nUNATTPHY a\n"
-       "symbol a b\n\n   \t\nSUBSYMBOL x\nPOWER a\n",
-       {"a b   :"},
-       {prefix + "unknown keyword found in entry: 'SUBSYMBOL x'" + at(11),
-        prefix + "unknown keyword found in entry: 'POWER a'" + at(12)}},
+      "common a b\nPinSet x y z\nPOWER a b\nblock a b\nSUBSYMBOL\nsubpin a b\nUNATTPHY a\n"
+      "symbol a b\n\n   \t\nSUBSYMBOL x\nPOWER a\n",
       // A '#' anywhere voids the line.
-      {"# header\nSYMBOL s 1\nPIN A 1 # comment\nPIN B 2,3 S#1\nnonsense # here\nPIN C 4 X\n",
-       {"s 1   : C 4 X |"},
-       {}}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(read(c.text), c.symbols);
-    EXPECT_EQ(warnings(), c.warnings);
-    EXPECT_EQ(host.texts("component", "WARN"), c.warnings);
+      "# header\nSYMBOL s 1\nPIN A 1 # comment\nPIN B 2,3 S#1\nnonsense # here\nPIN C 4 X\n"};
+  TLines recorded;
+  for (size_t i = 0; i < texts.size(); ++i) {
+    recorded.push_back("--- case " + std::to_string(i + 1));
+    for (const auto& line : read(texts[i])) recorded.push_back("symbol: " + line);
+    for (const auto& line : host.lines()) recorded.push_back(line);
   }
+  expectGolden("MappingFileTest.OddLines", recorded, {{path, "$MAP"}});
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include "platform/command_line.hpp"
 #include "platform/process.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 extern char** environ;
 
@@ -71,6 +72,11 @@ struct RunProgramTest : StartedHostTest {
   }
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }
   TLines texts(const std::string& level) { return host.texts("translation", level); }
+  // The whole log against the golden file of `name`, paths as $TMP and $CHILD.
+  void expectLog(const std::string& name) {
+    const std::string suite = ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name();
+    expectGolden(suite + "." + name, host.lines(), {{child(), "$CHILD"}, {tmp.str(), "$TMP"}});
+  }
   void obtain(TLines entries) {
     CFakeEnviron fake(std::move(entries));
     ASSERT_TRUE(run->obtainCurrentEnvironment());
@@ -92,12 +98,7 @@ TEST_F(RunProgramTest, EnvironmentListIsObtainedFoundWithoutCaseAndPassedInOrder
     ASSERT_TRUE(run->obtainCurrentEnvironment());
   }
   EXPECT_EQ(run->environment(), (TEnv{{"B", "2"}, {"X", ""}, {"Path", "/usr/bin"}, {"A", "x=y"}}));
-  EXPECT_EQ(texts("DEBUG"),
-            (TLines{"Process starter: setting variable: Z=9", "Process starter: obtaining current environment: "}));
-  EXPECT_EQ(texts("WARN"),
-            (TLines{"The key/val separator not found for the following variable definition: 'NOSEPARATOR'.",
-                    "Variable name is invalid (key/val separator is the first character) for the following variable "
-                    "definition: '=C:=C:\\work'."}));
+  expectLog("EnvironmentList.obtain");
   // Replacing and pushing find names without case.
   obtain({"Path=/bin", "HOME=/root", "abc=1", "ABC=2"});
   run->pushValueFront("PATH", "/a;");
@@ -112,12 +113,7 @@ TEST_F(RunProgramTest, EnvironmentListIsObtainedFoundWithoutCaseAndPassedInOrder
   run->replaceVariable("NEW", "");
   EXPECT_EQ(run->environment(),
             (TEnv{{"HOME", "/root"}, {"ABC", "2"}, {"LIBS", "/l;"}, {"path", "/x"}, {"aBC", "3"}, {"NEW", ""}}));
-  EXPECT_EQ(texts("DEBUG"),
-            (TLines{"Process starter: pushing value to front: PATH=/a;$PATH",
-                    "Process starter: pushing value to front: PATH=/b;$PATH",
-                    "Process starter: pushing value to front: LIBS=/l;$LIBS",
-                    "Process starter: pushing value to front: Abc=0$Abc", "Process starter: setting variable: path=/x",
-                    "Process starter: setting variable: aBC=3", "Process starter: setting variable: NEW="}));
+  expectLog("EnvironmentList.change");
   // The child gets the list in order and the run logs each step.
   obtain({"ZED=last", "Path=/usr/bin:/bin", "EMPTY=", "ALPHA=a=b"});
   run->pushValueFront("PATH", "/front;");
@@ -129,15 +125,7 @@ TEST_F(RunProgramTest, EnvironmentListIsObtainedFoundWithoutCaseAndPassedInOrder
   EXPECT_EQ(run->exitCode(), 3u);
   EXPECT_EQ(fileLines(report, "env:"),
             (TLines{"ZED=last", "Path=/front;/usr/bin:/bin", "EMPTY=", "ALPHA=a=b", "MID=m"}));
-  const std::string t = "translation TRACE     Variable: ";
-  EXPECT_EQ(
-      host.lines(),
-      (TLines{"translation DEBUG Process starter: creating process: '" + command + "'",
-              "translation TRACE Environment passed for creating process:", t + "ALPHA=a=b", t + "EMPTY=", t + "MID=m",
-              t + "Path=/front;/usr/bin:/bin", t + "ZED=last", "translation DEBUG Create process: " + command,
-              "translation DEBUG Process starter: process created successfully; waiting until child "
-              "process exits...",
-              "translation DEBUG Process starter: cleanup.", "translation DEBUG Process starter: all done."}));
+  expectLog("EnvironmentList.run");
 }
 
 TEST_F(RunProgramTest, WithoutEnvironmentTheChildInheritsAndSplitsLikeWindows) {
@@ -178,26 +166,17 @@ TEST_F(RunProgramTest, ExitCodesAndCommandsThatCannotStart) {
   host.clearRecords();
   EXPECT_FALSE(start(""));
   EXPECT_EQ(run->exitCode(), 0u);
-  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Process starter: creating process: ''",
-                                  "translation ERROR Process starter: process cannot be created - empty command"}));
   ASSERT_TRUE(start(child() + " exit=4"));
-  host.clearRecords();
   EXPECT_FALSE(start((tmp.path() / "no_such_tool.exe").string() + " -x"));
   EXPECT_EQ(run->exitCode(), 0u);
-  EXPECT_EQ(texts("ERROR"),
-            (TLines{"Process starter: process cannot be created. System error: 2 (No such file or directory)."}));
   EXPECT_FALSE(start("no_such_tool_in_path"));
   EXPECT_FALSE(start("   "));
+  expectLog("ExitCodes.cannotStart");
   host.clearRecords();
   host.setLevel("DEBUG");  // as the piped runs log
   EXPECT_EQ(run->createProcess("", 10000), nullptr);
   EXPECT_EQ(run->createProcess((tmp.path() / "sksym2td.exe").string() + " -nostart", 10000), nullptr);
-  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Piped process starter: creating process: ''",
-                                  "translation ERROR Piped process starter: process cannot be created - empty command",
-                                  "translation DEBUG Piped process starter: creating process: '" + tmp.str() +
-                                      "/sksym2td.exe -nostart'",
-                                  "translation ERROR Piped process starter: process cannot be created. Reason: "
-                                  "System error: 2 (No such file or directory)."}));
+  expectLog("ExitCodes.piped");
 }
 
 TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsKeepsShellCharactersLiteralAndRedirects) {
@@ -230,20 +209,16 @@ TEST_F(RunProgramTest, CmdChildHasNoStrayDescriptorsKeepsShellCharactersLiteralA
                         " out=hello err=oops > " + toWindowsPath(output) + " 2>>&1";
   for (int i = 0; i < 2; ++i) {  // ">" starts the file again
     ASSERT_TRUE(start(command));
-    EXPECT_EQ(fileLines(output), (TLines{"arg:args", "arg:-zpcpath=" + tmp.str() + "/a b.zpc", "arg:out=hello",
-                                         "arg:err=oops", "hello", "oops"}));
+    expectGolden("RunProgramTest.CmdChild.redirect", fileLines(output), {{tmp.str(), "$TMP"}});
   }
   fs::path lib = tmp.path() / "central lib";
   command = "cmd /c \"" + toWindowsPath(tool) + " args -m " + toWindowsPath(lib) + " out=first err=second exit=2 >> " +
             toWindowsPath(output) + " 2>&1\"";
-  TLines expected = fileLines(output);
   for (int i = 0; i < 2; ++i) {
     ASSERT_TRUE(start(command));
     EXPECT_EQ(run->exitCode(), 2u);
-    for (auto line : {"arg:args", "arg:-m", "", "arg:out=first", "arg:err=second", "arg:exit=2", "first", "second"})
-      expected.push_back(*line ? line : "arg:" + lib.string());
   }
-  EXPECT_EQ(fileLines(output), expected);
+  expectGolden("RunProgramTest.CmdChild.append", fileLines(output), {{tmp.str(), "$TMP"}});
 }
 
 // Both shells search the PATH of the child's environment.
@@ -324,14 +299,7 @@ TEST_F(PipedProcessTest, ChildReceivesAllInputAndEndOfFile) {
   std::string log = readFile(dir / "conv.log");
   EXPECT_NE(log.find("env:QRN_WD=/neutral dir\n"), std::string::npos);
   EXPECT_NE(log.find("done\n"), std::string::npos);
-  EXPECT_EQ(
-      host.lines(),
-      (TLines{"translation DEBUG Piped process starter: creating process: '" + command + "'",
-              "translation DEBUG Piped process starter: process created successfully; waiting until it has "
-              "finished its initialization, up to 10000 milliseconds...",
-              "translation DEBUG Piped process starter: restoring Std handles.",
-              "translation DEBUG Piped process close: waiting until child process exits...",
-              "translation DEBUG Piped process close: cleanup.", "translation DEBUG Piped process close: all done."}));
+  expectLog("ChildReceivesAllInput");
 }
 
 TEST_F(PipedProcessTest, ChildThatTakesNoInputAndWritingAfterItHasGone) {
@@ -357,11 +325,7 @@ TEST_F(PipedProcessTest, TimeOutKillsWithTheGivenCodeAndEndsWhatTheShellStarted)
   EXPECT_FALSE(run->closeProcess(process, 100, 77));
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
   EXPECT_EQ(run->exitCode(), 77u);
-  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG Piped process close: waiting until child process exits...",
-                                  "translation ERROR Piped process close: time-out interval elapsed: 100 milliseconds.",
-                                  "translation DEBUG Piped process close: attempting to terminate such a process...",
-                                  "translation DEBUG Piped process close: cleanup.",
-                                  "translation DEBUG Piped process close: all done."}));
+  expectLog("TimeOut");
   std::this_thread::sleep_for(std::chrono::milliseconds(900));
   EXPECT_EQ(readFile(log), "");
 }
@@ -372,15 +336,7 @@ TEST_F(PipedProcessTest, BusyChildMissesTheInitializationLimit) {
   EXPECT_EQ(run->createProcess(command, 50), nullptr);
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
   EXPECT_EQ(run->exitCode(), 9u);
-  EXPECT_EQ(
-      host.lines(),
-      (TLines{"translation DEBUG Piped process starter: creating process: '" + command + "'",
-              "translation DEBUG Piped process starter: process created successfully; waiting until it has "
-              "finished its initialization, up to 50 milliseconds...",
-              "translation ERROR Piped process starter: process has not finished its initialization after: "
-              "50milliseconds.",
-              "translation DEBUG Piped process close: waiting until child process exits...",
-              "translation DEBUG Piped process close: cleanup.", "translation DEBUG Piped process close: all done."}));
+  expectLog("BusyChild");
 }
 
 TEST_F(PipedProcessTest, ManyRunsLeaveNoDescriptorsBehind) {
@@ -420,33 +376,28 @@ TWords redirections(const TCommandPlan& plan) {
   return out;
 }
 
+// Every form as "<call>(<input>) = <result>", line breaks shown as \n.
 TEST(PathHelpers, UnixAndWindowsFormsAndQuoting) {
-  EXPECT_EQ(toUnixPath("C:\\lib\\cat", true), "C:/lib/cat");
-  EXPECT_EQ(toUnixPath("/lib/my cat", true), "\"/lib/my cat\"");
-  for (const char* special : {";", "#", "&", "(", ")", "'", "="})
-    EXPECT_EQ(toUnixPath(std::string("/a") + special + "b", true), std::string("\"/a") + special + "b\"") << special;
-  EXPECT_EQ(toUnixPath("/a,b$c", true), "/a,b$c");
-  EXPECT_EQ(toUnixPath("\\my dir\\x", false), "/my dir/x");
-  EXPECT_EQ(toUnixPath("\"/my dir\"", true), "\"/my dir\"");
-  EXPECT_EQ(toUnixPath(fs::path("/p q") / "r"), "\"/p q/r\"");
-  EXPECT_EQ(toUnixPath(""), "");
+  TLines forms;
+  auto add = [&](const std::string& call, const std::string& in, const std::string& out) {
+    forms.push_back(call + "(" + in + ") = " + out);
+    boost::replace_all(forms.back(), "\n", "\\n");
+  };
+  for (const char* in :
+       {"C:\\lib\\cat", "/lib/my cat", "/a;b", "/a#b", "/a&b", "/a(b", "/a)b", "/a'b", "/a=b", "/a,b$c", "\"/my dir\""})
+    add("toUnixPath quoted", in, toUnixPath(in, true));
+  for (const char* in : {"\\my dir\\x", "/lib/a\"b"}) add("toUnixPath unquoted", in, toUnixPath(in, false));
   // Every character that ksh reads is quoted; '$' and backquote are left to
   // the process layer.
-  EXPECT_EQ(toUnixPath("/lib/q\";touch PWNED;\""), "\"/lib/q\\\";touch PWNED;\\\"\"");
-  for (const char* special : {"|", "\n"})
-    EXPECT_EQ(toUnixPath(std::string("/a") + special + "b"), std::string("\"/a") + special + "b\"") << special;
-  EXPECT_EQ(toUnixPath("~x/*"), "\"~x/*\"");
-  EXPECT_EQ(toUnixPath("C:\\lib\\a$b`c~"), "C:/lib/a$b`c~");
-  EXPECT_EQ(toUnixPath("/lib/a\"b", false), "/lib/a\"b");
-  EXPECT_EQ(rig_common::unquoteUnixPath("\"/lib/q\\\";x\""), "/lib/q\";x");
-  EXPECT_EQ(rig_common::unquoteUnixPath("\"/p q"), "/p q");
-  EXPECT_EQ(toWindowsPath("/opt/kve/lm", true), "\\opt\\kve\\lm");
-  for (const char* special : {" ", ";", "&", ",", "="})
-    EXPECT_EQ(toWindowsPath(std::string("/a") + special + "b", true), std::string("\"\\a") + special + "b\"")
-        << special;
-  EXPECT_EQ(toWindowsPath("/a#(b)'", true), "\\a#(b)'");
-  EXPECT_EQ(toWindowsPath("/my dir/x", false), "\\my dir\\x");
-  EXPECT_EQ(toWindowsPath("\"/my dir/QRN_HOME\""), "\"\\my dir\\QRN_HOME\"");
+  for (const char* in : {"", "/lib/q\";touch PWNED;\"", "/a|b", "/a\nb", "~x/*", "C:\\lib\\a$b`c~"})
+    add("toUnixPath", in, toUnixPath(in));
+  add("toUnixPath path", "/p q/r", toUnixPath(fs::path("/p q") / "r"));
+  for (const char* in : {"\"/lib/q\\\";x\"", "\"/p q"}) add("unquoteUnixPath", in, rig_common::unquoteUnixPath(in));
+  for (const char* in : {"/opt/kve/lm", "/a b", "/a;b", "/a&b", "/a,b", "/a=b", "/a#(b)'"})
+    add("toWindowsPath quoted", in, toWindowsPath(in, true));
+  add("toWindowsPath unquoted", "/my dir/x", toWindowsPath("/my dir/x", false));
+  add("toWindowsPath", "\"/my dir/QRN_HOME\"", toWindowsPath("\"/my dir/QRN_HOME\""));
+  expectGolden("PathHelpers.Forms", forms);
 }
 
 TEST(CommandLine, CmdOuterQuotesOperatorsSyntaxErrorsAndLiteralShellCharacters) {

@@ -13,6 +13,7 @@
 #include "common/symbol_list_file.hpp"
 #include "common/symbol_neutral_handler.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 #include "support/recording_logger.hpp"
 
 using namespace vlttest;
@@ -64,9 +65,7 @@ TEST(SymbolListItem, PathsAreNormalisedAndCheckedAndWalksSkipNodesWithoutValue) 
   CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
   quoted.root->addValue("'a\\b'");
   EXPECT_TRUE(quoted.isValid(nullptr));
-  EXPECT_EQ(log.messages, (Strings{"5 Invalid path to SK symbol: ab",
-                                   "5 Expected SK_SYMBOL_PATH node not found.  Instead there is: CATALOG",
-                                   "5 Path to SK symbol not found."}));
+  expectGolden("SymbolListItem.Paths.messages", log.messages);
   // Finding and walking skip nodes without a value.
   CSymbolListItem found(nullptr, "lib/s");
   found.root->addChildWithoutValue("CATALOG");
@@ -95,12 +94,7 @@ TEST(SymbolListItem, UsesPinMapsAndPostfixesAreFoundOrMade) {
   item.addPinMap("cat", "P1", "NAND2", "nand_a", "A", "A[0:1]");
   item.addPinMap("cat", "P1", "NAND2", "nand_a", "A", "A[0:2]");  // updated in place
   item.addPinMap("cat", "P2", "NAND2", "nand_a", "B", "B[0:1]");
-  EXPECT_EQ(dump(item),
-            ".SK_SYMBOL_PATH lib/nand\n..CATALOG cat\n"
-            "...QRN_PART P1\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:2]\n"
-            "...QRN_PART P2\n....QRN_COMP NAND2\n.....QRN_SYMBOL nand_a\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n");
+  expectGolden("SymbolListItem.UsesPinMaps.pinMaps", {dump(item)});
   CSymbolListItem empty;
   empty.addPinMap("c", "p", "x", "s", "A", "B");
   EXPECT_TRUE(empty.empty());
@@ -117,9 +111,7 @@ TEST(SymbolListItem, UsesPinMapsAndPostfixesAreFoundOrMade) {
   TSymbolUse use = source.firstUse();
   copy.setNamePostfix(use, "_1");
   copy.setNamePostfix(use, "_2");
-  EXPECT_EQ(dump(copy),
-            ".SK_SYMBOL_PATH lib/s\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n"
-            "......NAME_POSTFIX _2\n");
+  expectGolden("SymbolListItem.UsesPinMaps.postfix", {dump(copy)});
   EXPECT_EQ(dump(source).find("NAME_POSTFIX"), std::string::npos);  // the copy is deep
 }
 
@@ -151,14 +143,9 @@ TEST(SymbolListItemMerge, PinMapWithSameSourcePinIsReplaced) {
   other.addPinMap("c", "p", "x", "s", "C", "C[0:2]");
   other.firstUse().symbol->addChild("NAME_POSTFIX", "_9");  // not looked at
   own.merge(other);
-  const std::string merged =
-      ".SK_SYMBOL_PATH lib/s\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n"
-      "......LOGIC_PIN_MAP \n.......SK_PIN B\n.......TD_PIN B[0:1]\n"
-      "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:5]\n"
-      "......LOGIC_PIN_MAP \n.......SK_PIN C\n.......TD_PIN C[0:2]\n";
-  EXPECT_EQ(dump(own), merged);
+  expectGolden("SymbolListItemMerge.PinMap", {dump(own)});
   own.merge(own);
-  EXPECT_EQ(dump(own), merged);
+  expectGolden("SymbolListItemMerge.PinMap", {dump(own)});
 }
 
 TEST(SymbolList, AddMergesByExactPathAndKeepsOrderAddAllAssignContainsClear) {
@@ -253,9 +240,7 @@ TEST_F(ListFileTest, RoundTripIsByteExactAndReaderKeepsValidItems) {
   writeFile(file("bad.caf"), ".SK_SYMBOL_PATH a/b\n...C\n");
   EXPECT_FALSE(failing.read(file("bad.caf")));
   EXPECT_TRUE(failing.list().empty());
-  EXPECT_EQ(log.messages, (TLines{"5 Cannot open the following symbol list file for reading: ",
-                                  "5 Inconsistency found (too many dots) at line: 2",
-                                  "5 Problem found during reading from the following symbol list file: "}));
+  expectGolden("ListFileTest.RoundTrip.messages", log.messages);
 }
 
 TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
@@ -278,8 +263,7 @@ TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
     item.addSymbolUse("d", "p", "x", "s");
     writer.list().add(item);
   }
-  EXPECT_EQ(readFile(file("cat.caf")),
-            ".SK_SYMBOL_PATH l/s\n..CATALOG c\n..CATALOG d\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL s\n");
+  expectGolden("ListFileTest.Writers.catalogAdded", {readFile(file("cat.caf"))});
   EXPECT_TRUE(log.messages.empty());
   // Unclosed writers write when they go, also when moved into a map.
   {
@@ -296,9 +280,7 @@ TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
     writers.at("p2").add("lib", "two");
     EXPECT_FALSE(boost::filesystem::exists(file("p1.sym_list.caf")));
   }
-  EXPECT_EQ(readFile(file("p1.sym_list.caf")),
-            ".SK_SYMBOL_PATH C:/lib/sym\n..CATALOG c\n...QRN_PART p\n....QRN_COMP x\n.....QRN_SYMBOL sym\n"
-            "......LOGIC_PIN_MAP \n.......SK_PIN A\n.......TD_PIN A[0:1]\n");
+  expectGolden("ListFileTest.Writers.p1", {readFile(file("p1.sym_list.caf"))});
   EXPECT_EQ(readFile(file("p2.sym_list.caf")), ".SK_SYMBOL_PATH lib/two\n");
   EXPECT_TRUE(log.messages.empty());
   // Damaged or unwritable files are reported and kept.
@@ -331,10 +313,7 @@ TEST_F(ListFileTest, WritersOfEmptyExistingDamagedAndUnwritableFiles) {
     boost::filesystem::remove(file("c.caf"));
   }
   EXPECT_FALSE(boost::filesystem::exists(file("c.caf")));
-  EXPECT_EQ(log.messages, (TLines{"5 Inconsistency found (argument without keyword) at line: 1",
-                                  "5 Problem found during reading from the following symbol list file: ",
-                                  "5 Cannot open the following symbol list file for writing: " + name,
-                                  "5 Cannot open the following symbol list file for writing: " + name}));
+  expectGolden("ListFileTest.Writers.messages", log.messages, {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(ListFileTest, PartListRulesAndSymbolListNames) {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 #include "support/recording_logger.hpp"
 
 using rig_common::TLXInput;
@@ -50,25 +51,18 @@ TEST_F(TlxTest, KeywordAndArgumentLinesBuildTheTreeAndFailuresReportTheLine) {
   EXPECT_EQ(root().children[1]->values, (std::vector<std::string>{"two  words"}));
   EXPECT_EQ(root().values, (std::vector<std::string>{"A.B"}));
   EXPECT_TRUE(log.messages.empty());
-  // Parse failures report the line.
-  struct TCase {
-    std::string text;
-    std::vector<std::string> messages;
-  };
-  const std::vector<TCase> cases = {
-      {"! header\n\nstray\n.A 1\n", {"5 Inconsistency found (argument without keyword) at line: 3"}},
-      {". v\nstray\n", {"5 Inconsistency found (argument without keyword) at line: 2"}},
-      {"\n  ..A 1  \n", {"5 Found a grandchild without a parent at line: 2", "2 Line content: ..A 1"}},
-      {"...A\n", {"5 Inconsistency found (too many dots) at line: 1"}},
-      {".A\n!c\n..B\n....C\n", {"5 Inconsistency found (too many dots) at line: 4"}},
-      {".A 1\n ... \n.B 2\n", {"5 Inconsistency found (keyword missing) at line: 2"}}};
-  for (const auto& c : cases) {
+  // Parse failures report the line: the messages of each text in turn.
+  std::vector<std::string> reports;
+  for (const char* text : {"! header\n\nstray\n.A 1\n", ". v\nstray\n", "\n  ..A 1  \n", "...A\n",
+                           ".A\n!c\n..B\n....C\n", ".A 1\n ... \n.B 2\n"}) {
     log.messages.clear();
     TLXManager fresh(&log);
-    std::istringstream in(c.text);
-    EXPECT_FALSE(fresh.readStream(in)) << c.text;
-    EXPECT_EQ(log.messages, c.messages) << c.text;
+    std::istringstream in(text);
+    EXPECT_FALSE(fresh.readStream(in)) << text;
+    reports.push_back("---");
+    reports.insert(reports.end(), log.messages.begin(), log.messages.end());
   }
+  vlttest::expectGolden("TlxTest.ParseFailures", reports);
   // What was built before the failure stays.
   EXPECT_FALSE(parse(".A\n..B\n....C\n"));
   EXPECT_EQ(root().children[0]->children[0]->keyword, "B");
