@@ -5,6 +5,7 @@
 #include "components/hpp/geometry_helpers.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent;
@@ -17,9 +18,7 @@ struct GeometryTest : StartedHostTest {};
 
 TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
   EXPECT_EQ(GetLibraryUnit(), "");
-  EXPECT_EQ(host.lines(), (TLines{"component DEBUG Getting library unit", "translation WARN Library unit was not set.",
-                                  "component WARN Library unit was not set.",
-                                  "translation DEBUG Unit was set to: ", "component DEBUG Unit was set to: "}));
+  expectGolden("GeometryTest.LibraryUnitLivesInTheHost", host.lines());
   host.clearRecords();
   SetLibraryUnit(" mm ");
   EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
@@ -41,10 +40,7 @@ TEST_F(GeometryTest, GeometryPathIsSetOrCleared) {
   host.setLibrary(lib.string());
   EXPECT_TRUE(obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], lib.string() + "/cells");
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"DEBUG Obtaining VLT library geometry path",
-                    "INFO Obtaining geoms data: " + lib.string() + "/vlt_library_definition.library_definition",
-                    "DEBUG Obtaining VLT library geometry path: path has been set to: " + lib.string() + "/cells"}));
+  expectGolden("GeometryTest.GeometryPathIsSetOrCleared", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_FALSE(obtainVltGeomPath("WITHOUT", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], "");
