@@ -82,8 +82,7 @@ TEST_F(CatalogTest, SwitchesAreHostParameters) {
   EXPECT_EQ(host.parameters()["catalog use PART_NO"], "0");
   EXPECT_TRUE(setCatalogSymbolsOnly(false));
   EXPECT_EQ(host.parameters()["catalog symbols only"], "0");
-  EXPECT_TRUE(host.logged("component", "DEBUG", "Setting catalog swapping qrn_index with PART_NO to: 1"));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Setting catalog symbols only to: 0"));
+  expectGolden("CatalogTest.SwitchesAreHostParameters", host.lines());
   host.clearService("get wdir");
   EXPECT_FALSE(setCatalogSymbolsOnly(true));
 }
@@ -113,16 +112,13 @@ TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
   writeFile(config / "catalog.list", "");
   EXPECT_FALSE(verifyCatalogs("CORP_LIB", map, kExamples));
   EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"), head + "\n\n");
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
-                              (log / "tbl2flat.log").string()));
   writeFile(config / "catalog.list", "digital\n  analog  \n");
   writeFile(catalogs / "digital_neut.tlx", "");
   writeFile(log / "tbl2flat.log", "Error: bad\nall fine\nWARNING  also bad\nerror\n\nwarn:::  x\n");
   EXPECT_TRUE(verifyCatalogs("CORP_LIB", map, kExamples));
-  expectGolden("CatalogTest.ReportListsMissingNeutralFilesAndFilteredToolLines",
-               {readFile(log / "reports" / "verify_catalogs.txt")});
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Verifying catalog data."));
+  const std::string name = "CatalogTest.ReportListsMissingNeutralFilesAndFilteredToolLines";
+  expectGolden(name + ".report", {readFile(log / "reports" / "verify_catalogs.txt")});
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
 }
 
 TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPathAndPartsAreReadWithWarnings) {

@@ -22,9 +22,8 @@ TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
   host.clearRecords();
   SetLibraryUnit(" mm ");
   EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
-  EXPECT_EQ(host.lines("component"), (TLines{"DEBUG Setting library unit", "DEBUG Unit was set to:  mm "}));
+  expectGolden("GeometryTest.LibraryUnitLivesInTheHost.set", host.lines());
   EXPECT_EQ(GetLibraryUnit(), " mm ");
-  EXPECT_TRUE(host.texts("translation", "WARN").empty());
   host.clearService("get wdir");
   EXPECT_EQ(GetLibraryUnit(), "");
   SetLibraryUnit("inch");
@@ -71,14 +70,12 @@ TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExisti
   EXPECT_LT(position("smd/ic"), position("smd/ic/fine"));
   EXPECT_LT(position("tht"), position("tht/dip"));
   position("mechanical");
-  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Building list of geometry containers"}));
   // An empty root gives no containers, a missing one fails.
   containers.clear();
   fs::create_directories(tmp.path() / "empty");
   EXPECT_TRUE(buildGeometryContainerList(containers, tmp.path() / "empty"));
   EXPECT_TRUE(containers.empty());
   EXPECT_FALSE(buildGeometryContainerList(containers, tmp.path() / "none"));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Geometry base directory does not exist: " + tmp.str() + "/none"));
   // A root or directory that needs quotes gives plain names.
   const fs::path quoted = tmp.path() / "geo $ms";
   fs::create_directories(quoted / "sub");
@@ -89,6 +86,8 @@ TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExisti
   containers.clear();
   ASSERT_TRUE(buildGeometryContainerList(containers, plain));
   EXPECT_EQ(containers, (std::list<std::string>{"fine pitch"}));
+  expectGolden("GeometryTest.ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExistingRoot", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -131,9 +131,8 @@ TEST_F(PdbTest, ToolCommandLinesAndTheImportFindsItsToolOnThePath) {
   writeFile(catalogs / "x.y.tlx", ".PDB_CATALOG \"x.y\"\n.PDB_PART \"P1\"\n..PDB_CELL \"c\"\n");
   writeFile(log / "tlx2partsdb.log", "earlier run\n");
   ASSERT_TRUE(importPdbToZpc());
-  EXPECT_EQ(readFile(wdir / "Library" / "PartsDBLibs" / "x_y" / "x_y.pdb"),
-            "*PARTS_DB 1\n*NAME x_y\n*SOURCE " + (catalogs / "x.y.tlx").string() +
-                "\n*PART P1 cells=1 symbols=0 properties=0\n*END 1\n");
+  expectGolden("PdbTest.ToolCommandLinesAndTheImportFindsItsToolOnThePath.pdb",
+               {readFile(wdir / "Library" / "PartsDBLibs" / "x_y" / "x_y.pdb")}, {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(log / "tlx2partsdb.log"),
             "tlx2partsdb: " + (catalogs / "x.y.tlx").string() + " imported into parts database x_y\n");
   EXPECT_NE(readFile(wdir / "Library" / "Library.zpc").find("*PARTITION pdb x_y\n"), std::string::npos);

@@ -131,9 +131,7 @@ TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   EXPECT_FALSE(getSymbolPathLevels(start, stop, depth));
   EXPECT_EQ(start, 1);
   EXPECT_FALSE(setSymbolPathLevels(0, 0, 0) && setSymbolPathLevels(0, -1, 0));
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
-                    "Setting symbol path levels: all levels should be positive numbers."}));
+  expectGolden("SymbolPartitionTest.MissingOrDamagedSymbolData.levels", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_NE(readFile(file).find("start=\"0\" stop=\"0\" depth=\"0\""), std::string::npos);
 }
 
