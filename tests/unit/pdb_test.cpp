@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/filesystem.hpp>
+#include <cstdlib>
 
 #include "components/hpp/list_registry.hpp"
 #include "components/hpp/script_functions.hpp"
@@ -138,8 +139,9 @@ TEST_F(PdbTest, ToolCommandLinesAndTheImportFindsItsToolOnThePath) {
   EXPECT_NE(readFile(wdir / "Library" / "Library.zpc").find("*PARTITION pdb x_y\n"), std::string::npos);
   writeFile(catalogs / "x.y.tlx", "..damaged\n");
   ASSERT_TRUE(importPdbToZpc());
-  expectGolden("PdbTest.ToolCommandLinesAndTheImportFindsItsToolOnThePath", withoutEnvironment(host.lines()),
-               {{tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}});
+  expectGolden(
+      "PdbTest.ToolCommandLinesAndTheImportFindsItsToolOnThePath", withoutEnvironment(host.lines()),
+      {{"PATH=" + std::string(std::getenv("PATH")), "PATH=$PATH"}, {tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}});
 }
 
 TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
