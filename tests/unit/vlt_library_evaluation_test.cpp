@@ -124,9 +124,7 @@ TEST_F(EvaluationTest, DirectoryGettersAndLibraryList) {
   EXPECT_EQ(getCatalogDir("MAIN", map.string(), dir), dir);
   EXPECT_EQ(getCompsDir("MAIN", map.string(), dir), dir + "/components");
   EXPECT_EQ(getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
-  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Obtaining catalog directory: " + definition.string(),
-                                               "DEBUG Obtaining components data: " + definition.string(),
-                                               "INFO Obtaining geoms data: " + definition.string()}));
+  expectGolden("EvaluationTest.DirectoryGettersAndLibraryList.getters", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_EQ(getCatalogDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(getCompsDir("NOPE", map.string(), dir), "");
