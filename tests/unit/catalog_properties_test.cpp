@@ -5,6 +5,7 @@
 #include "components/hpp/list_registry.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -20,11 +21,6 @@ std::string document(const std::vector<std::pair<std::string, std::string>>& row
   return text + "      </property_map>\n    </data_map>\n  </catalog_data>\n</rig>\n";
 }
 
-const std::vector<std::pair<std::string, std::string>> kSeeds = {
-    {"@COMP", "Part Name"},     {"@PART_NO", "Part Number"}, {"COMP", "Part Name"},     {"Comp_Height", "Height"},
-    {"PART_NO", "Part Number"}, {"PINTYPE", "PINTYPE"},      {"REF", "Ref Designator"}, {"TRANS_REAL_VALUE", "Value"},
-    {"qrn_comps", "Part Name"}, {"toler", "Tolerance"}};
-
 struct CatalogPropertyTest : StartedHostTest {
   fs::path config = tmp.path() / "config", catalogs = tmp.path() / "neutral" / "catalogs",
            file = config / "catalog_data_mapping.xml";
@@ -38,49 +34,35 @@ struct CatalogPropertyTest : StartedHostTest {
 
 TEST_F(CatalogPropertyTest, SeedsAloneInByteOrderThenWithCatalogNamesAndUserTargets) {
   ASSERT_TRUE(updateCatalogPropMapping(""));
-  EXPECT_EQ(readFile(file), document(kSeeds));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Updating catalog property mapping."));
+  const std::string name = "CatalogPropertyTest.SeedsAloneInByteOrderThenWithCatalogNamesAndUserTargets";
+  expectGolden(name + ".seeds", {readFile(file)});
   // Catalog names, the user's targets and the seeds come together.
   writeFile(catalogs / "a.prop.list", "  VALUE \nPART_NO\nREF\n");
   writeFile(catalogs / "b.prop.list", "VALUE\nTOL\n");
   writeFile(catalogs / "notes.txt", "IGNORED\n");
   writeFile(file, document({{"PART_NO", "Mfr Part"}, {"REF", ""}, {"OLD", "Old Name"}}));
   ASSERT_TRUE(updateCatalogPropMapping(""));
-  std::map<std::string, std::string> expected(kSeeds.begin(), kSeeds.end());
-  expected["PART_NO"] = "Mfr Part";
-  expected["OLD"] = "Old Name";
-  expected["VALUE"] = "";
-  expected["TOL"] = "";
   const std::string once = readFile(file);
-  EXPECT_EQ(once, document({expected.begin(), expected.end()}));
+  expectGolden(name + ".merged", {once});
   ASSERT_TRUE(updateCatalogPropMapping(""));
   EXPECT_EQ(readFile(file), once) << "a second update changes nothing";
-  EXPECT_TRUE(host.logged(
-      "translation", "DEBUG",
-      "Updating catalog property mapping: reading property list file:" + (catalogs / "a.prop.list").string()));
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(CatalogPropertyTest, BadMappingFileStopsTheUpdateAndSurvives) {
   writeFile(file, "<rig><catalog_data>");
   EXPECT_FALSE(updateCatalogPropMapping(""));
   EXPECT_EQ(readFile(file), "<rig><catalog_data>");
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Updating catalog property mapping: problems found during parsing catalog data mapping "
-                          "file: " +
-                              file.string()));
+  const std::string name = "CatalogPropertyTest.BadMappingFileStopsTheUpdateAndSurvives";
+  expectGolden(name + ".badFile", host.lines(), {{tmp.str(), "$TMP"}});
   fs::remove_all(catalogs);
   host.clearRecords();
   EXPECT_FALSE(updateCatalogPropMapping(""));
-  EXPECT_EQ(
-      host.texts("translation", "ERROR"),
-      (TLines{"Updating catalog property mapping: neutral catalogs directory does not exist:" + catalogs.string()}));
+  expectGolden(name + ".noCatalogs", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(CatalogPropertyTest, ListInFileOrderMissingFileAndSave) {
   EXPECT_EQ(getCatalogPropertyList(), "");
-  EXPECT_TRUE(host.logged(
-      "translation", "ERROR",
-      "Obtaining catalog property list: problems found during parsing catalog data mapping file: " + file.string()));
   writeFile(file, document({{"Z", "z"}, {"A", ""}}));
   std::string rid = getCatalogPropertyList();
   ASSERT_FALSE(rid.empty());
@@ -100,7 +82,7 @@ TEST_F(CatalogPropertyTest, ListInFileOrderMissingFileAndSave) {
   removeList(rid);
   ASSERT_TRUE(saveCatalogPropertyList("unknown"));
   EXPECT_EQ(readFile(file), document({}));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalog property list."));
+  expectGolden("CatalogPropertyTest.ListInFileOrderMissingFileAndSave", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "components/hpp/neutral_catalogs.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -70,9 +71,7 @@ TEST_F(CatalogTest, ListsCatalogsAndSavesThem) {
   EXPECT_EQ(readFile(config / "catalog.list"), "kept\n");
   host.clearService("get config");
   EXPECT_FALSE(saveCatalogList(rid));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{"Saving catalog list to file: unknown RID.",
-                    "Saving catalog list to file: cannot obtain path to the configuration directory."}));
+  expectGolden("CatalogTest.ListsCatalogsAndSavesThem", host.lines());
   removeList(rid);
 }
 
@@ -83,8 +82,7 @@ TEST_F(CatalogTest, SwitchesAreHostParameters) {
   EXPECT_EQ(host.parameters()["catalog use PART_NO"], "0");
   EXPECT_TRUE(setCatalogSymbolsOnly(false));
   EXPECT_EQ(host.parameters()["catalog symbols only"], "0");
-  EXPECT_TRUE(host.logged("component", "DEBUG", "Setting catalog swapping qrn_index with PART_NO to: 1"));
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Setting catalog symbols only to: 0"));
+  expectGolden("CatalogTest.SwitchesAreHostParameters", host.lines());
   host.clearService("get wdir");
   EXPECT_FALSE(setCatalogSymbolsOnly(true));
 }
@@ -114,17 +112,13 @@ TEST_F(CatalogTest, ReportListsMissingNeutralFilesAndFilteredToolLines) {
   writeFile(config / "catalog.list", "");
   EXPECT_FALSE(verifyCatalogs("CORP_LIB", map, kExamples));
   EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"), head + "\n\n");
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Verifying catalog data: cannot read the log file produced by tbl2flat tool: " +
-                              (log / "tbl2flat.log").string()));
   writeFile(config / "catalog.list", "digital\n  analog  \n");
   writeFile(catalogs / "digital_neut.tlx", "");
   writeFile(log / "tbl2flat.log", "Error: bad\nall fine\nWARNING  also bad\nerror\n\nwarn:::  x\n");
   EXPECT_TRUE(verifyCatalogs("CORP_LIB", map, kExamples));
-  EXPECT_EQ(readFile(log / "reports" / "verify_catalogs.txt"),
-            head + "\nERROR: content of the following catalog has not been saved: analog\n\n" + rule +
-                "\n Problems found by the tbl2flat tool\n" + rule + "\nbad\nalso bad\nx\n");
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Verifying catalog data."));
+  const std::string name = "CatalogTest.ReportListsMissingNeutralFilesAndFilteredToolLines";
+  expectGolden(name + ".report", {readFile(log / "reports" / "verify_catalogs.txt")});
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
 }
 
 TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPathAndPartsAreReadWithWarnings) {
@@ -156,23 +150,17 @@ TEST(NeutralCatalogs, LocationMapTableKeepsTheLastPathAndPartsAreReadWithWarning
   EXPECT_TRUE(part.components.back().symbols.empty());
   EXPECT_TRUE(reader.parts.count(""));
   EXPECT_EQ(reader.parts.at("P-1").geoms, (std::list<std::string>{"a\"b"}));
-  EXPECT_EQ(
-      host.texts("translation", "WARN"),
-      (TLines{"Reading neutral catalog file: next occurence of the QRN_PART_CONTAINER node found for part: P-2",
-              "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: NAND2",
-              "Reading neutral catalog file: blank symbol found and will be skipped for part: P-2 , comp: EMPTY"}));
   writeFile(tmp.path() / "bad_neut.tlx", "..QRN_PART x\n");
   EXPECT_FALSE(reader.readQrnNeutralCatalog(tmp.path() / "bad_neut.tlx", "bad", sinks));
-  EXPECT_TRUE(host.logged(
-      "translation", "ERROR",
-      "Reading neutral catalog file: cannot parse neutral catalog file: " + (tmp.path() / "bad_neut.tlx").string()));
+  expectGolden("NeutralCatalogs.LocationMapTableKeepsTheLastPathAndPartsAreReadWithWarnings", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(CatalogTest, SaveCatalogsEmptyListAndMissingInputs) {
   writeFile(config / "catalog.list", "digital\nanalog\n");
   EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain QLLN's QRN_HOME directory."));
-  EXPECT_EQ(host.texts("translation", "INFO"), TLines{"Saving catalog: " + kExamples + "/catalogs/digital"});
+  const std::string name = "CatalogTest.SaveCatalogsEmptyListAndMissingInputs";
+  expectGolden(name + ".noQrnHome", host.lines(), {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
   EXPECT_FALSE(fs::exists(catalogs / "digital_neut.tlx"));
   // An empty catalog list removes the old log and runs nothing.
   host.setService("get qlln installation path", tmp.str());
@@ -181,13 +169,9 @@ TEST_F(CatalogTest, SaveCatalogsEmptyListAndMissingInputs) {
   host.clearRecords();
   EXPECT_TRUE(saveCatalogs("CORP_LIB", map, kExamples));
   EXPECT_FALSE(fs::exists(log / "tbl2flat.log"));
-  for (const auto& line : host.lines()) EXPECT_EQ(line.find("Process starter"), std::string::npos) << line;
-  EXPECT_TRUE(host.logged("translation", "DEBUG", "Saving catalogs to neutral format."));
   fs::remove(config / "catalog.list");
   EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));
-  EXPECT_TRUE(host.logged(
-      "translation", "ERROR",
-      "Saving catalogs to neutral format: cannot read catalog list file: " + (config / "catalog.list").string()));
+  expectGolden(name + ".noList", host.lines(), {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
   host.failService("get neutral");
   host.clearRecords();
   EXPECT_FALSE(saveCatalogs("CORP_LIB", map, kExamples));

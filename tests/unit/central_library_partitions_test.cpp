@@ -8,6 +8,7 @@
 #include "components/hpp/central_library.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent;
@@ -45,14 +46,11 @@ struct PartitionsTest : StartedHostTest {
 };
 
 TEST_F(PartitionsTest, PreparedLibraryIsNeededAndListFilesGiveSymbolAndPdbPartitions) {
-  const std::string missing = "target ZPC index file does not exist: " + index.string();
   EXPECT_FALSE(addSymbolPartitions());
   EXPECT_FALSE(addPDBPartitions());
   EXPECT_FALSE(addCellPartitions("anything"));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{"Adding PDB partitions: " + missing, "Adding PDB partitions: " + missing,
-                    "Adding cell partitions: " + missing}));
-  EXPECT_EQ(host.texts("translation", "DEBUG"), (TLines{"Adding PDB partitions.", "Adding PDB partitions."}));
+  const std::string name = "PartitionsTest.PreparedLibraryIsNeededAndListFilesGiveSymbolAndPdbPartitions";
+  expectGolden(name + ".unprepared", host.lines(), {{tmp.str(), "$TMP"}});
 
   // List files give symbol and PDB partitions; a tool problem is a warning.
   writeFile(index, "*ZPC_INDEX 1\n");
@@ -60,21 +58,15 @@ TEST_F(PartitionsTest, PreparedLibraryIsNeededAndListFilesGiveSymbolAndPdbPartit
   writeFile(wdir / "config" / "sym_partitions.caf", "logic\nanalog\nlogic\n");
   writeFile(wdir / "config" / "catalog.list", "digital\n..\n");
   EXPECT_TRUE(addSymbolPartitions());
-  EXPECT_TRUE(host.texts("translation", "WARN").empty());
   EXPECT_TRUE(addPDBPartitions());
   EXPECT_EQ(partitions(), "symbol logic\nsymbol analog\npdb digital\n");
-  EXPECT_EQ(host.texts("component", "WARN"),
-            TLines{"LibForge found problem(s) during adding partition from file: " +
-                   (wdir / "config" / "catalog.list").string() + ". Returned code: 3"});
+  expectGolden(name + ".lists", host.lines(), {{tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}});
   EXPECT_NE(readFile(wdir / "log" / "libforge.log").find("Error: invalid partition name: '..'"), std::string::npos);
   EXPECT_NE(readFile(wdir / "log" / "libforge_int.log").find("partition created: symbol logic"), std::string::npos);
   host.clearRecords();
   EXPECT_FALSE(createCLPartition(index, "x", "Symbol"));
   EXPECT_FALSE(createCLPartitionsFromFile(index, "f", "Cell"));
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Unknown partition type: Symbol", "Unknown partition type: Cell"}));
-  EXPECT_EQ(host.texts("component", "DEBUG"),
-            (TLines{"Preparing target Central Library.", "Preparing target Central Library."}));
+  expectGolden(name + ".types", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechnology) {
@@ -89,10 +81,8 @@ TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechno
             "<container directory='e\\f'/></containers><containers id='bare'/></technologies></geom_data></rig>");
   EXPECT_TRUE(addCellPartitions(""));
   EXPECT_EQ(partitions(), "cell smd_ic\ncell c d\ncell e_f\n");
-  EXPECT_EQ(host.texts("translation", "DEBUG"),
-            (TLines{"Adding cell partitions for technology: default.", "Preparing target Central Library.",
-                    "Preparing target Central Library.", "Preparing target Central Library.",
-                    "Adding cell partitions for technology: bare."}));
+  expectGolden("PartitionsTest.CellPartitionsComeFromTheContainerDirectoriesOfEachTechnology", host.lines(),
+               {{tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}});
   // A technology whose containers are missing stops the walk.
   writeFile(wdir / "config" / "geom_technology" / "c.xml", "<rig/>");
   host.clearRecords();
@@ -102,9 +92,8 @@ TEST_F(PartitionsTest, CellPartitionsComeFromTheContainerDirectoriesOfEachTechno
   fs::remove(wdir / "config" / "geom_technology" / "c.xml");
   host.clearRecords();
   EXPECT_FALSE(addCellPartitions(""));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"Technology container file does not exist: \"" +
-                   (wdir / "config" / "geom_technology" / "c.xml").string() + "\""});
+  expectGolden("PartitionsTest.CellPartitionsComeFromTheContainerDirectoriesOfEachTechnology.noFile", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

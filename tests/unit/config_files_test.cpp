@@ -7,6 +7,7 @@
 #include "components/hpp/impl/cfg_file_managers_impl.hpp"
 #include "components/hpp/misc.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent::NConfig;
@@ -56,8 +57,8 @@ TEST_F(ConfigFilesTest, CatalogDataMappingAndValueCatalogsRoundTripAndWalk) {
   CCatalogDataMapping mapping(logger);
   writeFile(file("bad.xml"), "<rig>");
   EXPECT_FALSE(mapping.parse(file("bad.xml")));
-  EXPECT_EQ(host.texts("translation", "ERROR").size(), 1u);
-  EXPECT_EQ(host.texts("translation", "FATAL").size(), 0u);
+  expectGolden("ConfigFilesTest.CatalogDataMappingAndValueCatalogsRoundTripAndWalk.badXml", host.lines(),
+               {{tmp.str(), "$TMP"}});
   host.clearRecords();
   mapping.createDefaults();
   for (const char* name : {"A", "B"}) EXPECT_TRUE(mapping.updatePropertyMapping({name, "1"}, true));
@@ -99,12 +100,7 @@ TEST_F(ConfigFilesTest, CatalogDataMappingAndValueCatalogsRoundTripAndWalk) {
   data.addProperty("VALUE");
   data.addCatalog("cat 2");
   data.addProperty("TOL");
-  EXPECT_EQ(written(data), kDecl +
-                               "<rig>\n  <catalog_data>\n    <value_property_mapping>\n      <catalog_list>\n"
-                               "        <catalog name=\"cat1\" />\n        <catalog name=\"cat 2\" />\n"
-                               "      </catalog_list>\n      <ql_property_list>\n"
-                               "        <ql_property name=\"VALUE\" />\n        <ql_property name=\"TOL\" />\n"
-                               "      </ql_property_list>\n    </value_property_mapping>\n  </catalog_data>\n</rig>\n");
+  expectGolden("ConfigFilesTest.CatalogDataMappingAndValueCatalogsRoundTripAndWalk.values", {written(data)});
   CCatalogPropValData values(logger);
   ASSERT_TRUE(values.parse(file("out.xml")));
   EXPECT_EQ(catalogs(values), (TLines{"cat1", "cat 2"}));
@@ -132,22 +128,14 @@ TEST_F(ConfigFilesTest, CatalogDataMappingAndValueCatalogsRoundTripAndWalk) {
 TEST_F(ConfigFilesTest, SymbolDataRoundTrip) {
   CSymbolData data(logger);
   data.createDefaults();
-  EXPECT_EQ(written(data), kDecl +
-                               "<rig>\n  <symbol_data>\n    <common />\n    <default />\n"
-                               "    <partition_data />\n  </symbol_data>\n</rig>\n");
+  expectGolden("ConfigFilesTest.SymbolDataRoundTrip.defaults", {written(data)});
   for (const auto& [name, value] : {std::pair<const char*, const char*>{"start", "2"}, {"stop", "3"}, {"depth", "4"}})
     data.setCommon(name, value);
   data.setDefault("file", "symbol_data_mapping.xml");
   data.setDefault("id", "default");
   EXPECT_TRUE(data.addPartition({"a_b", "AB", "symbol_data_mapping.xml", "default"}, true));
   EXPECT_TRUE(data.addPartition({"c", "c", "m.xml", "x"}, true));
-  EXPECT_EQ(written(data),
-            kDecl +
-                "<rig>\n  <symbol_data>\n    <common start=\"2\" stop=\"3\" depth=\"4\" />\n"
-                "    <default file=\"symbol_data_mapping.xml\" id=\"default\" />\n    <partition_data>\n"
-                "      <partition name=\"a_b\" rename=\"AB\" file=\"symbol_data_mapping.xml\" id=\"default\" />\n"
-                "      <partition name=\"c\" rename=\"c\" file=\"m.xml\" id=\"x\" />\n"
-                "    </partition_data>\n  </symbol_data>\n</rig>\n");
+  expectGolden("ConfigFilesTest.SymbolDataRoundTrip.partitions", {written(data)});
   CSymbolData reread(logger);
   ASSERT_TRUE(reread.parse(file("out.xml")));
   EXPECT_EQ(std::make_tuple(reread.getStart(), reread.getStop(), reread.getDepth()), std::make_tuple(2, 3, 4));
@@ -195,17 +183,7 @@ TEST_F(ConfigFilesTest, SymbolDataMappingRoundTripAndUpdates) {
   EXPECT_EQ(written(mapping),
             kDecl + "<rig>\n  <symbol_data>\n    <data_map id=\"default\" />\n  </symbol_data>\n</rig>\n");
   EXPECT_TRUE(mapping.setDataMapping(sampleMapping("default"), false));
-  EXPECT_EQ(written(mapping), kDecl +
-                                  "<rig>\n  <symbol_data>\n    <data_map id=\"default\">\n      <scaling>\n"
-                                  "        <pin_spacing val=\"100\" unit=\"mil\" factor=\"1.5\" />\n"
-                                  "        <pin_spacing val=\"2.54\" unit=\"mm\" factor=\"\" />\n"
-                                  "      </scaling>\n      <body_properties>\n"
-                                  "        <property td=\"REFDES\" sk=\"REF\" />\n"
-                                  "      </body_properties>\n      <pin_properties>\n"
-                                  "        <property td=\"#\" sk=\"PIN_NO\" />\n"
-                                  "      </pin_properties>\n      <pin_types>\n"
-                                  "        <type td=\"BI\" sk=\"IO\" />\n"
-                                  "      </pin_types>\n    </data_map>\n  </symbol_data>\n</rig>\n");
+  expectGolden("ConfigFilesTest.SymbolDataMappingRoundTripAndUpdates", {written(mapping)});
   CSymbolDataMapping reread(logger);
   ASSERT_TRUE(reread.parse(file("out.xml")));
   CSymbolDataMapping copy(logger);
@@ -278,11 +256,7 @@ TEST_F(ConfigFilesTest, ReadSymbolConfigurationDataAndItsFailures) {
   EXPECT_FALSE(readConfig(start, stop, depth, &read));
   EXPECT_EQ(std::make_tuple(start, stop, depth), std::make_tuple(-1, -1, -1));
   EXPECT_EQ(partitions(read), TLines{"p|||"});
-  const std::string refusal = "Reading symbol configuration data: invalid content of file, or file is incomplete: " +
-                              file("symbol_data.xml").string();
-  const std::string noCommon = "Not found symbol data 'common' node.";
-  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{noCommon, noCommon, noCommon, refusal}));
-  EXPECT_EQ(host.texts("component", "ERROR"), TLines{refusal});
+  expectGolden("ConfigFilesTest.ReadSymbolConfigurationDataAndItsFailures", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   host.clearService("get wdir");
   EXPECT_FALSE(readConfig(start, stop, depth));

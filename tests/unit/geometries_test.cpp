@@ -5,6 +5,7 @@
 #include "components/hpp/geometry_helpers.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent;
@@ -17,15 +18,12 @@ struct GeometryTest : StartedHostTest {};
 
 TEST_F(GeometryTest, LibraryUnitLivesInTheHost) {
   EXPECT_EQ(GetLibraryUnit(), "");
-  EXPECT_EQ(host.lines(), (TLines{"component DEBUG Getting library unit", "translation WARN Library unit was not set.",
-                                  "component WARN Library unit was not set.",
-                                  "translation DEBUG Unit was set to: ", "component DEBUG Unit was set to: "}));
+  expectGolden("GeometryTest.LibraryUnitLivesInTheHost", host.lines());
   host.clearRecords();
   SetLibraryUnit(" mm ");
   EXPECT_EQ(host.parameters()["qll design unit"], " mm ");
-  EXPECT_EQ(host.lines("component"), (TLines{"DEBUG Setting library unit", "DEBUG Unit was set to:  mm "}));
+  expectGolden("GeometryTest.LibraryUnitLivesInTheHost.set", host.lines());
   EXPECT_EQ(GetLibraryUnit(), " mm ");
-  EXPECT_TRUE(host.texts("translation", "WARN").empty());
   host.clearService("get wdir");
   EXPECT_EQ(GetLibraryUnit(), "");
   SetLibraryUnit("inch");
@@ -41,10 +39,7 @@ TEST_F(GeometryTest, GeometryPathIsSetOrCleared) {
   host.setLibrary(lib.string());
   EXPECT_TRUE(obtainVltGeomPath("WITH", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], lib.string() + "/cells");
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"DEBUG Obtaining VLT library geometry path",
-                    "INFO Obtaining geoms data: " + lib.string() + "/vlt_library_definition.library_definition",
-                    "DEBUG Obtaining VLT library geometry path: path has been set to: " + lib.string() + "/cells"}));
+  expectGolden("GeometryTest.GeometryPathIsSetOrCleared", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_FALSE(obtainVltGeomPath("WITHOUT", (tmp.path() / "map").string(), lib.string()));
   EXPECT_EQ(host.parameters()["geom path"], "");
@@ -75,14 +70,12 @@ TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExisti
   EXPECT_LT(position("smd/ic"), position("smd/ic/fine"));
   EXPECT_LT(position("tht"), position("tht/dip"));
   position("mechanical");
-  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Building list of geometry containers"}));
   // An empty root gives no containers, a missing one fails.
   containers.clear();
   fs::create_directories(tmp.path() / "empty");
   EXPECT_TRUE(buildGeometryContainerList(containers, tmp.path() / "empty"));
   EXPECT_TRUE(containers.empty());
   EXPECT_FALSE(buildGeometryContainerList(containers, tmp.path() / "none"));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Geometry base directory does not exist: " + tmp.str() + "/none"));
   // A root or directory that needs quotes gives plain names.
   const fs::path quoted = tmp.path() / "geo $ms";
   fs::create_directories(quoted / "sub");
@@ -93,6 +86,8 @@ TEST_F(GeometryTest, ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExisti
   containers.clear();
   ASSERT_TRUE(buildGeometryContainerList(containers, plain));
   EXPECT_EQ(containers, (std::list<std::string>{"fine pitch"}));
+  expectGolden("GeometryTest.ContainersAreRelativeDirectoriesParentsFirstAndNeedAnExistingRoot", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <boost/filesystem.hpp>
+#include <cstdlib>
 
 #include "components/hpp/list_registry.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -30,8 +32,6 @@ using namespace NComponent;
 using namespace NComponent::NPdb;
 
 namespace {
-
-const char kRule[] = "-------------------------------------------------------------------------------\n";
 
 // A working directory and a bin directory for a fake generator.
 struct PdbTest : WorkDirHostTest {
@@ -59,26 +59,17 @@ TEST_F(PdbTest, QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock) {
             "<property qrn='Q\"x' pdb='A &amp; B'/><property qrn='KEEP' pdb=''/>"
             "</property_map></data_map></catalog_data></rig>");
   ASSERT_TRUE(generateQrnCaf(map.string()));
-  const std::string head =
-      ".FILETYPE PROPTRANS                  ! File type\n.VERSION \"1.0\"                    ! File Version\n"
-      ".DATE \" Mar 19, 1997\"\n.CREATOR   \"Olvanta, Inc.\"\n\n";
-  const std::string hints =
-      "!  ..TRUNCATE_VALUE   \"\"\n!   ..REPLACE_VALUE    \"\"   \"\"\n!   ..TRANSLATE_VALUE    \"\"   \"\"\n";
-  EXPECT_EQ(readFile(config / "qrn.caf"),
-            head + ".soft_path  \"$A\"  \"/a/one\"\n.soft_path  \"$A\"  \"/a/again\"\n\n" +
-                " .PROP   \"Q\"x\"  \"A & B\"\n   ..PASS   forward\n   ..PDB    yes\n" + hints +
-                " .PROP   \"KEEP\"  \"\"\n   ..PASS   forward\n   ..PDB    no\n" + hints + "\n");
-  EXPECT_TRUE(host.logged("component", "WARN",
-                          "Generating qrn.caf: following soft prefix does not contain corresponding value: $EMPTY"));
+  expectGolden("PdbTest.QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock.caf", {readFile(config / "qrn.caf")});
   writeFile(map, "# nothing\n");
   writeFile(config / "catalog_data_mapping.xml",
             "<rig><catalog_data><data_map><property_map/></data_map></catalog_data></rig>");
   ASSERT_TRUE(generateQrnCaf(map.string()));
-  EXPECT_EQ(readFile(config / "qrn.caf"), head + "\n\n");
+  expectGolden("PdbTest.QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock.empty",
+               {readFile(config / "qrn.caf")});
   fs::remove_all(catalogs);
   EXPECT_FALSE(generateQrnCaf(map.string()));
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Generating qrn.caf: neutral catalogs directory does not exist:" + catalogs.string()));
+  expectGolden("PdbTest.QrnCafHoldsTheFirstValueOfEachPrefixAndEveryPropertyBlock", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsOptions) {
@@ -90,19 +81,9 @@ TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsO
   ASSERT_TRUE(runQrn2pdb(""));
   EXPECT_EQ(fs::current_path(), before);
   EXPECT_EQ(readFile(bin / "qrn2pdb.exe.cwd"), fs::canonical(log).string() + "\n");
-  const fs::path n = wdir / "neutral";
-  EXPECT_EQ(args(), "-z -x -o -m " + (n / "symbol_lists").string() + " " + (config / "qrn.caf").string() + " " +
-                        (catalogs / "a_neut.tlx").string() + " " + (catalogs / "a.tlx").string() +
-                        " -1 0 dummy dummy " + (n / "symbols_-1").string() + " " +
-                        (wdir / "Library" / "Library.zpc").string() + " dummy " +
-                        (log / "rejected_parts.caf").string() + " " + (config / "symbol_partitions.caf").string() +
-                        " " + (wdir / "Library" / "Library.zpc").string() + "\n");
+  expectGolden("PdbTest.GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsOptions.args", {args()},
+               {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(log / "qrn2pdb_logs" / "qrn2pdb_a.log"), "Warning: " + (catalogs / "a.tlx").string() + "\n");
-  EXPECT_TRUE(host.logged("component", "WARN",
-                          "Running qrn2pdb tool: the tool found problem(s) during creating PDB TLX from: " +
-                              (catalogs / "a_neut.tlx").string() + ". Returned code: 5"));
-  EXPECT_TRUE(host.logged("component", "WARN",
-                          "Running qrn2pdb tool: neutral data have not been saved for the following catalog: missing"));
   EXPECT_FALSE(fs::exists(log / "qrn2pdb_logs" / "qrn2pdb_missing.log"));
   // A tool that writes no log: the old one is copied all the same.
   fakeGenerator("exit 0");
@@ -114,9 +95,6 @@ TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsO
   fs::remove(config / "symbol_data.xml");
   writeFile(config / "catalog.list", "a\n");
   ASSERT_TRUE(runQrn2pdb("-p"));
-  EXPECT_TRUE(host.logged(
-      "component", "ERROR",
-      "Running qrn2pdb tool: unable to locate the geometry pin list file: " + (config / "geomPinList.caf").string()));
   EXPECT_FALSE(fs::exists(bin / "qrn2pdb.exe.args"));
   writeFile(config / "geomPinList.caf", "");
   ASSERT_TRUE(runQrn2pdb("-p"));
@@ -124,16 +102,12 @@ TEST_F(PdbTest, GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsO
   EXPECT_EQ(args().substr(args().size() - 7), " dummy\n");
   fs::remove(bin / "qrn2pdb.exe.args");
   ASSERT_TRUE(runQrn2pdb("-g -p"));
-  EXPECT_TRUE(host.logged("component", "ERROR",
-                          "Running qrn2pdb tool: -p and -g options specified, which is not allowed, so following "
-                          "catalog will not be processed: a"));
   EXPECT_FALSE(fs::exists(bin / "qrn2pdb.exe.args"));
   fs::remove_all(log / "qrn2pdb_logs");
   writeFile(log / "qrn2pdb_logs", "in the way");
   EXPECT_FALSE(runQrn2pdb(""));
-  EXPECT_TRUE(host.logged(
-      "translation", "ERROR",
-      "Running qrn2pdb tool: cannot create log directory for qrn2pdb logs:" + (log / "qrn2pdb_logs").string()));
+  expectGolden("PdbTest.GeneratorRunsInTheLogDirectoryKeepsItsLogPerCatalogAndChecksItsOptions", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(PdbTest, ToolCommandLinesAndTheImportFindsItsToolOnThePath) {
@@ -158,20 +132,16 @@ TEST_F(PdbTest, ToolCommandLinesAndTheImportFindsItsToolOnThePath) {
   writeFile(catalogs / "x.y.tlx", ".PDB_CATALOG \"x.y\"\n.PDB_PART \"P1\"\n..PDB_CELL \"c\"\n");
   writeFile(log / "tlx2partsdb.log", "earlier run\n");
   ASSERT_TRUE(importPdbToZpc());
-  EXPECT_EQ(readFile(wdir / "Library" / "PartsDBLibs" / "x_y" / "x_y.pdb"),
-            "*PARTS_DB 1\n*NAME x_y\n*SOURCE " + (catalogs / "x.y.tlx").string() +
-                "\n*PART P1 cells=1 symbols=0 properties=0\n*END 1\n");
+  expectGolden("PdbTest.ToolCommandLinesAndTheImportFindsItsToolOnThePath.pdb",
+               {readFile(wdir / "Library" / "PartsDBLibs" / "x_y" / "x_y.pdb")}, {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(log / "tlx2partsdb.log"),
             "tlx2partsdb: " + (catalogs / "x.y.tlx").string() + " imported into parts database x_y\n");
   EXPECT_NE(readFile(wdir / "Library" / "Library.zpc").find("*PARTITION pdb x_y\n"), std::string::npos);
-  EXPECT_TRUE(
-      host.logged("component", "ERROR",
-                  "Importing PDB to ZPC: following PDB TLX does not exist:" + (catalogs / "none.tlx").string()));
   writeFile(catalogs / "x.y.tlx", "..damaged\n");
   ASSERT_TRUE(importPdbToZpc());
-  EXPECT_TRUE(host.logged(
-      "component", "WARN",
-      "tlx2partsdb found problem(s) during importing PDB: " + (catalogs / "x.y.tlx").string() + ". Returned code: 3"));
+  expectGolden(
+      "PdbTest.ToolCommandLinesAndTheImportFindsItsToolOnThePath", withoutEnvironment(host.lines()),
+      {{"PATH=" + std::string(std::getenv("PATH")), "PATH=$PATH"}, {tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}});
 }
 
 TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
@@ -182,12 +152,8 @@ TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
   writeFile(log / "qrn2pdb_logs" / "qrn2pdb_a.log", "Error: e1\nWarning:\nqrn2pdb: summary\n warning x\n");
   writeFile(log / "qrn2pdb_logs" / "qrn2pdb_c.log", "");
   ASSERT_TRUE(verifyQrn2pdb());
-  EXPECT_EQ(readFile(log / "reports" / "verify_pdb.txt"),
-            std::string(kRule) + " Problems related due to absence of files produced by qrn2pdb\n" + kRule +
-                "ERROR: neutral PDB TLX file does not exist for the following catalog: b\n"
-                "ERROR:  cannot read the log file produced by qrn2pdb tool: " +
-                (log / "qrn2pdb_logs" / "qrn2pdb_b.log").string() + "\n" + kRule + " Problems found by qrn2pdb\n" +
-                kRule + "--- Catalog: a\nError: e1\n warning x\n--- Catalog: c\n");
+  expectGolden("PdbTest.ReportListsAbsentFilesThenTheFilteredLogLines", {readFile(log / "reports" / "verify_pdb.txt")},
+               {{tmp.str(), "$TMP"}});
   fs::remove_all(log / "reports");
   EXPECT_FALSE(verifyQrn2pdb());
   EXPECT_TRUE(host.logged(
@@ -198,11 +164,7 @@ TEST_F(PdbTest, ReportListsAbsentFilesThenTheFilteredLogLines) {
 TEST_F(PdbTest, ValueListsCarryOneListEachInFileOrder) {
   const fs::path file = config / "catalog_val_prop.xml";
   EXPECT_FALSE(saveValueCatalogList(""));
-  EXPECT_TRUE(host.logged("component", "ERROR", "Saving value catalog list: unknown RID has been passed."));
   EXPECT_EQ(getValuePropertyList(), "");
-  EXPECT_TRUE(host.logged(
-      "component", "ERROR",
-      "Obtaining value property list: cannot obtain path to catalog value property file: " + file.string()));
   writeFile(file,
             "<rig><catalog_data><value_property_mapping><catalog_list><catalog name='z'/><catalog name='a'/>"
             "</catalog_list><ql_property_list><ql_property name='VALUE'/></ql_property_list>"
@@ -220,8 +182,8 @@ TEST_F(PdbTest, ValueListsCarryOneListEachInFileOrder) {
   removeList(rid);
   const std::string before = readFile(file);
   EXPECT_FALSE(saveValuePropertyList("no such list"));
-  EXPECT_TRUE(host.logged("component", "ERROR", "Saving value catalog property list: unknown RID has been passed."));
   EXPECT_EQ(readFile(file), before);
+  expectGolden("PdbTest.ValueListsCarryOneListEachInFileOrder", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "components/hpp/impl/sym_config_managers_impl.hpp"
 #include "components/hpp/misc.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using NComponent::NConfig::SymNameMapManager;
@@ -43,34 +44,14 @@ struct SymConfigTest : StartedHostTest {
     for (const auto& r : map.records()) out += r.sourceSymbol + "|" + r.partition + "|" + r.targetSymbol + "\n";
     return out;
   }
-  // Each (level, text) on both sinks, translation first.
-  TLines both(const std::vector<std::pair<std::string, std::string>>& messages) {
-    TLines out;
-    for (const auto& m : messages)
-      for (const char* sink : {"translation ", "init "}) out.push_back(sink + m.first + " " + m.second);
-    return out;
-  }
 };
 
 TEST_F(SymConfigTest, XltReaderSectionsEntriesAndRoundTrip) {
   SymXltConfigManager manager = readXlt(
       "junk before=any\n   [X]   \na=b=c\na=\n=b\n[X] y\n[X] y=z\n; comment\n# c=d\n\n  k = v  \n[]\n"
       "[ DESIGN SCALING ]\nScale=2\n");
-  EXPECT_EQ(dump(manager),
-            "[X]\n  <a=b> = <c>\n  <a> = <>\n  <[X] y> = <z>\n  <# c> = <d>\n  <k > = < v  >\n"
-            "[ DESIGN SCALING ]\n  <Scale> = <2>\n");
-  const std::string before =
-      "Reading SymXlt configuration file: line with following number exists before first section, so will be "
-      "skipped: ";
-  const std::string improper =
-      "Reading SymXlt configuration file: the content of line with following number seems to be improper, so will "
-      "be skipped: ";
-  EXPECT_EQ(host.lines(), both({{"DEBUG", "Reading SymXlt configuration file: " + file("x.cfg")},
-                                {"WARN", before + "1"},
-                                {"WARN", improper + "5"},
-                                {"WARN", improper + "6"},
-                                {"WARN", improper + "8"},
-                                {"WARN", improper + "12"}}));
+  expectGolden("SymConfigTest.XltReaderSectionsEntriesAndRoundTrip.dump", {dump(manager)});
+  expectGolden("SymConfigTest.XltReaderSectionsEntriesAndRoundTrip", host.lines(), {{tmp.str(), "$TMP"}});
 
   // A round trip keeps trailing blanks; only the first of repeated sections is reached.
   const std::string text = "[PACKAGE ATTRIBUTES]\nREF=REFDES  \nVALUE=\t\n\n[DESIGN SCALING]\nScale=1\n\n";
@@ -103,11 +84,7 @@ TEST_F(SymConfigTest, FillingFromAMappingUsesTheKnownTablesAndTheFittingScale) {
   SymXltConfigManager copy = manager;
   copy.fillFromMapping(mapping, "100", "mil");
   ASSERT_TRUE(writeXlt(copy, "out.cfg"));
-  EXPECT_EQ(readFile(file("out.cfg")),
-            "[PACKAGE ATTRIBUTES]\nREF=REFDES\nCOMP=COMP\nFOO=Part Number\nPART_NO=DEVICE\nSP_HPPN=DEVICE\n\n"
-            "[PIN ATTRIBUTES]\nPINID=PIN\nPIN_NO=#\nX=Pin Type\n\n"
-            "[PIN TYPES]\nIO=BI\n\n"
-            "[DESIGN SCALING]\nScale=0.5\n\n");
+  expectGolden("SymConfigTest.FillingFromAMappingUsesTheKnownTablesAndTheFittingScale", {readFile(file("out.cfg"))});
   // No fitting record: the default scale stays; the unit compares exactly.
   manager.fillFromMapping(mapping, "100", "Mil");
   EXPECT_EQ(manager.findSection("[DESIGN SCALING]")->entries.front().second, "1");
@@ -125,18 +102,13 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
   map.setRecord("/earlier", "e", "E");
   ASSERT_TRUE(map.read(file("map.txt"), sinks(), "\t"));
   EXPECT_EQ(dump(map), "/earlier|e|E\n/lib/a/x|part with blanks|T_X\n/lib/c|p|T_C\n/lib/d||T_D\n/lib/c|q|C2\n");
-  const std::string reading = "Reading symbol name mapping file:  following line contains ";
-  EXPECT_EQ(
-      host.lines(),
-      both({{"DEBUG", "Reading symbol name mapping file: " + file("map.txt")},
-            {"WARN", reading + "not enough data, so will be skipped: /lib/b\tp"},
-            {"WARN", reading + "some extra data. This extra data will be skipped: /lib/c\tp\tT_C\textra\tmore"}}));
+  expectGolden("SymConfigTest.NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecord", host.lines(),
+               {{tmp.str(), "$TMP"}});
   map.setRecord("/lib/c", "new", "N");
   map.setRecord("/z", "p", "Z");
   ASSERT_TRUE(map.write(file("out.txt"), sinks(), "\t"));
-  EXPECT_EQ(
-      readFile(file("out.txt")),
-      "/earlier\te\tE\n/lib/a/x\tpart with blanks\tT_X\n/lib/c\tnew\tN\n/lib/d\t\tT_D\n/lib/c\tq\tC2\n/z\tp\tZ\n");
+  expectGolden("SymConfigTest.NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecord.out",
+               {readFile(file("out.txt"))});
   // The separator is a regular expression when reading and plain text when writing.
   ASSERT_TRUE(map.write(file("dots.txt"), sinks(), "."));
   SymNameMapManager dots;
@@ -147,9 +119,7 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
 TEST_F(SymConfigTest, FileFailuresAndEmptyWritesOfBothFiles) {
   SymXltConfigManager manager;
   EXPECT_FALSE(manager.read(file("none.cfg"), sinks()));
-  EXPECT_EQ(host.lines(),
-            both({{"DEBUG", "Reading SymXlt configuration file: " + file("none.cfg")},
-                  {"ERROR", "Reading SymXlt configuration file: cannot open file for reading: " + file("none.cfg")}}));
+  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.read", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_FALSE(writeXlt(manager, "no/out.cfg"));
   EXPECT_EQ(host.texts("translation", "ERROR"),
@@ -158,24 +128,15 @@ TEST_F(SymConfigTest, FileFailuresAndEmptyWritesOfBothFiles) {
   writeFile(file("old.cfg"), "[A]\n");
   EXPECT_TRUE(writeXlt(manager, "old.cfg"));
   EXPECT_EQ(readFile(file("old.cfg")), "");
-  EXPECT_EQ(
-      host.lines(),
-      both({{"DEBUG", "Writing SymXlt configuration file: " + file("old.cfg")},
-            {"WARN", "Writing SymXlt configuration file:  no data, so the file will be empty: " + file("old.cfg")}}));
+  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.empty", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   SymNameMapManager map;
   EXPECT_FALSE(map.read(file("none.txt"), sinks(), "\t"));
-  EXPECT_TRUE(host.logged("init", "ERROR",
-                          "Reading symbol name mapping file:  cannot open file for reading: " + file("none.txt")));
   EXPECT_FALSE(map.read(tmp.str(), sinks(), "\t")) << "a directory cannot be read";
   EXPECT_FALSE(map.write(file("no/x.txt"), sinks(), "\t"));
-  EXPECT_TRUE(host.logged("translation", "ERROR",
-                          "Writing symbol name mapping file:  cannot open file for writing: " + file("no/x.txt")));
   EXPECT_TRUE(map.write(file("empty.txt"), sinks(), "\t"));
   EXPECT_EQ(readFile(file("empty.txt")), "");
-  EXPECT_TRUE(
-      host.logged("translation", "WARN",
-                  "Writing symbol name mapping file:  no data, so the file will be empty: " + file("empty.txt")));
+  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.map", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "components/hpp/convert_symbols.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -66,32 +67,15 @@ struct ConvertSymbolsTest : WorkDirHostTest {
 TEST_F(ConvertSymbolsTest, ConvertsEachSymbolWithItsFittedConfigurationAndUpdatesThePartition) {
   ASSERT_TRUE(NComponent::convertSymbols(" map "));
   // Labels become internal names; the scale of the exact (spacing, unit) pair.
-  EXPECT_EQ(readFile(neutral / "symbols_1" / "x.y" / "a.b_sk2td_symbols_only.cfg"),
-            "[PACKAGE ATTRIBUTES]\nREF=REFDES\nVALUE=Val\n\n[PIN ATTRIBUTES]\nPIN_NO=#\n\n[PIN TYPES]\nIN=INPUT\n\n"
-            "[DESIGN SCALING]\nScale=2.5\n\n");
+  const std::string name = "ConvertSymbolsTest.ConvertsEachSymbolWithItsFittedConfigurationAndUpdatesThePartition";
+  expectGolden(name + ".cfg", {readFile(neutral / "symbols_1" / "x.y" / "a.b_sk2td_symbols_only.cfg")});
   // Without a fitting record the default scale stays.
   EXPECT_NE(readFile(neutral / "symbols_1" / "x.y" / "bad_sk2td_symbols_only.cfg").find("Scale=1.0\n"),
             std::string::npos);
-  const std::string out = (library / "SymbolLibs" / "P").string();
-  const std::string cfg = (neutral / "symbols_1" / "x.y").string();
-  EXPECT_EQ(readFile(rec / "stdin.txt"),
-            "\nsymxlt_cfg_file " + cfg + "/a.b_sk2td_symbols_only.cfg\ntd_symbol_output_path " + out +
-                "\nsymbol begin\nsk_symbol_path /lib/x.y/a.b\ntd_symbol_name x_y_a_b\nsymbol end\n"
-                "symbol begin\nsk_symbol_path /lib/x.y/a.b\ntd_symbol_name x_y_a_b_1\npin_map A A[0:2]\nsymbol end\n"
-                "run\nexit\n"
-                "\nsymxlt_cfg_file " +
-                cfg + "/bad_sk2td_symbols_only.cfg\ntd_symbol_output_path " + out +
-                "\nsymbol begin\nsk_symbol_path /lib/x.y/bad\ntd_symbol_name x_y_bad\nsymbol end\nrun\nexit\n");
+  expectGolden(name + ".stdin", {readFile(rec / "stdin.txt")}, {{tmp.str(), "$TMP"}});
   // The missing neutral file: no tool; the failed symbol: the update runs.
   EXPECT_EQ(calls(), "sksym2td.exe -nostart\n" + updateCall() + "sksym2td.exe -nostart\n" + updateCall());
-  EXPECT_EQ(
-      host.texts("translation", "WARN"),
-      (TLines{"Converting symbols: problem during parsing neutral symbol file: " + cfg + "/missing.neut",
-              "Converting symbols: either pin spacing or unit name is not valid for symbol: " + cfg + "/bad.neut"}));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"sksym2td found problem(s) during converting symbol: \\lib\\x.y\\bad"});
-  EXPECT_TRUE(host.logged("translation", "INFO",
-                          "Converting symbols: following symbol will be excluded from translation: /lib/x.y/gone"));
+  expectGolden(name, withoutEnvironment(host.lines()), {{tmp.str(), "$TMP"}});
   EXPECT_NE(readFile(log / "rejected_symbols.caf").find(".SK_SYMBOL_PATH /lib/x.y/bad\n"), std::string::npos);
   EXPECT_EQ(readFile(library / "TranslationData" / "symname_map.txt"),
             "/lib/x.y/a.b\tP\tx_y_a_b\n/lib/x.y/missing\tP\tx_y_missing\n/lib/x.y/bad\tP\tx_y_bad\n");
@@ -109,15 +93,8 @@ TEST_F(ConvertSymbolsTest, NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsN
   EXPECT_EQ(calls(), "sksym2td.exe -nostart\nsksym2td.exe -nostart\nsksym2td.exe -nostart\n");
   EXPECT_NE(readFile(rec / "stdin.txt").find("symxlt_cfg_file " + (config / "sk2td_symbols_only.cfg").string()),
             std::string::npos);
-  const TLines warnings = host.texts("translation", "WARN");
-  EXPECT_EQ(warnings.at(1),
-            "Converting symbols: cannot parse symbol data mapping file: " + (config / "m.xml").string() +
-                ", hence cannot generate translation configuration file specific for given partition: P");
-  EXPECT_EQ(
-      warnings.at(0),
-      "Reading symbol name mapping file:  following line contains not enough data, so will be skipped: only\ttwo");
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines(3, "Converting symbols: tdlib2zpc tool does not exist at: " + (kve / "tdlib2zpc.exe").string()));
+  expectGolden("ConvertSymbolsTest.NameMapIsKeptAcrossRunsAndADefaultConfigurationNeedsNoNeutralFile",
+               withoutEnvironment(host.lines()), {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), "");
 }
 
@@ -135,9 +112,8 @@ TEST_F(ConvertSymbolsTest, TargetNameUpdateToolLineSetUpFailuresAndAnEmptyRun) {
   fs::remove_all(library / "SymbolLibs");
   host.clearRecords();
   EXPECT_FALSE(NComponent::convertSymbols("map"));
-  EXPECT_EQ(host.texts("translation", "INFO"),
-            (TLines{"Converting symbols.",
-                    "Converting symbols: CL symbol holder does not exist at: " + (library / "SymbolLibs").string()}));
+  expectGolden("ConvertSymbolsTest.TargetNameUpdateToolLineSetUpFailuresAndAnEmptyRun", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

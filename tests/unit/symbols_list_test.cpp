@@ -8,6 +8,7 @@
 #include "components/hpp/script_functions.hpp"
 #include "components/hpp/symbols.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -64,16 +65,14 @@ TEST_F(SymbolListTest, WalkFoldsVersionsSkipsLookAlikesAndCatalogModeMergesTheCa
   ASSERT_TRUE(build(merged));
   EXPECT_EQ(paths(merged), (TLines{(comps / "a/s").string(), "/x/y"}));
   EXPECT_EQ(merged.begin()->root->children.size(), 2u);
-  EXPECT_EQ(host.texts("component", "DEBUG").front(), "Building list of symbols referenced by catalogs");
   fs::remove(config / "catalog.list");
   EXPECT_FALSE(build(merged));
-  EXPECT_TRUE(
-      host.logged("component", "ERROR",
-                  "Building list of symbols: catalog list file does not exist: " + (config / "catalog.list").string()));
   // Without catalog.list the walk alone runs.
   host.parameters()["catalog symbols only"] = "0";
   ASSERT_TRUE(build(list));
   EXPECT_EQ(paths(list), (TLines{(comps / "a/b/c/d").string(), (comps / "a/s").string()}));
+  expectGolden("SymbolListTest.WalkFoldsVersionsSkipsLookAlikesAndCatalogModeMergesTheCatalogs", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
@@ -83,16 +82,13 @@ TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
     host.clearRecords();
     CSymbolList list;
     EXPECT_FALSE(build(list));
-    EXPECT_EQ(host.texts("translation", "ERROR"),
-              (TLines{"Saving catalogs to neutral format: cannot read following symbol list file: " +
-                          (catalogs / "c2.sym_list.caf").string(),
-                      "Building list of symbols: cannot build symbol lists."}));
+    expectGolden(std::string("SymbolListTest.DamagedCatalogListFailsBothModes.") + mode, host.lines(),
+                 {{tmp.str(), "$TMP"}});
   }
   host.clearRecords();
   EXPECT_FALSE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Saving symbols configuration file: cannot merge symbol lists"));
   EXPECT_EQ(NComponent::findSymbolPathDepth("L", map, lib.string()), -1);
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Looking for symbol path depth: cannot merge symbol lists"));
+  expectGolden("SymbolListTest.DamagedCatalogListFailsBothModes", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST(SymbolPathDepth, CollisionsPerDepthAndTheSearchEnd) {
@@ -142,10 +138,7 @@ TEST_F(SymbolListTest, ReportShowsTheDeepestDepthFirst) {
   fs::remove_all(tmp.path() / "log");
   host.clearRecords();
   EXPECT_FALSE(NComponent::reportSymbolDuplicatesFromPathDepth("L", map, lib.string()));
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Reporting symbol duplicates from path depth: cannot open report file for "
-                    "writing:" +
-                    (tmp.path() / "log" / "reports" / "symbol_path_depth_report.txt").string()}));
+  expectGolden("SymbolListTest.ReportShowsTheDeepestDepthFirst", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

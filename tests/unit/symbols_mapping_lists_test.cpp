@@ -5,6 +5,7 @@
 #include "components/hpp/list_registry.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -36,10 +37,8 @@ TEST_F(SymbolMappingListTest, DisplayNamesBothWaysSavesOnlyAddOrOverwriteAndBadF
   // A display name of another row does not translate; an empty target stays empty.
   find2D(body)->assign({{" REF ", "Ref Designator "}, {"FOO", "Part Number"}, {"", "x"}, {"VALUE", ""}});
   ASSERT_TRUE(saveSymbolPropertyList(body));
-  const std::string text = readFile(file);
-  for (const char* entry : {"td=\"REFDES\" sk=\"REF\"", "td=\"Part Number\" sk=\"FOO\"", "td=\"\" sk=\"VALUE\"",
-                            "td=\"DEVICE\" sk=\"SP_HPPN\"", "td=\"#\" sk=\"PIN_NO\"", "<data_map id=\"other\""})
-    EXPECT_NE(text.find(entry), std::string::npos) << entry;
+  expectGolden("SymbolMappingListTest.DisplayNamesBothWaysSavesOnlyAddOrOverwriteAndBadFilesFail.saved",
+               {readFile(file)});
   const std::string scaling = new2DList();
   find2D(scaling)->assign({{"", "", "3"}});
   ASSERT_TRUE(saveSymbolScalingList(scaling));
@@ -53,18 +52,15 @@ TEST_F(SymbolMappingListTest, DisplayNamesBothWaysSavesOnlyAddOrOverwriteAndBadF
   writeFile(file, "<rig><symbol_data><data_map id=\"other\"/></symbol_data></rig>");
   EXPECT_EQ(getSymbolPinTypeList(), "");
   EXPECT_FALSE(saveSymbolScalingList(new2DList()));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{"Obtaining symbol type mapping data: cannot obtain default entry from file: " + file.string(),
-                    "Saving symbol scaling data: cannot obtain default entry from file: " + file.string()}));
+  const std::string name = "SymbolMappingListTest.DisplayNamesBothWaysSavesOnlyAddOrOverwriteAndBadFilesFail";
+  expectGolden(name + ".noDefault", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   writeFile(file, "<rig><symbol_data>");
   EXPECT_EQ(getSymbolPropertyList(), "");
   fs::remove(file);
   EXPECT_FALSE(saveSymbolPinPropertyList(new2DList()));
   EXPECT_FALSE(fs::exists(file));
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Obtaining symbol property mapping data: cannot parse file: " + file.string(),
-                    "Saving symbol property mapping data: cannot parse file: " + file.string()}));
+  expectGolden(name + ".badFile", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -79,26 +80,16 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
           item("/lib/x/sub/inv"));
   writeFile(lists / "notes.txt", "");
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
-  const std::string cfg = (config / "sk2td_symbols_only.cfg").string();
-  const std::string block = "symbol begin\nsk_symbol_path \"" + odd + "/nand2\"\ntd_symbol_neutral_path \"" +
-                            neut("a b(1)_logic", "nand2").string();
-  EXPECT_EQ(readFile(rec / "0.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg + "\n" + block + "\"\nsymbol end\n" +
-                                        block + "_1\"\npin_map A Y\npin_map B Z\npin_map D W\nsymbol end\n" + block +
-                                        "_2\"\nsymbol end\nrun\nexit\n");
-  EXPECT_EQ(readFile(rec / "1.in"), "\nwrite_symbol off\nsymxlt_cfg_file " + cfg +
-                                        "\nsymbol begin\nsk_symbol_path /lib/x/sub/inv\ntd_symbol_neutral_path " +
-                                        neut("x_sub", "inv").string() + "\nsymbol end\nrun\nexit\n");
+  const std::string name = "SymbolsNeutralTest.ScriptCommandAndEnvironmentOfEachSymbol";
+  expectGolden(name + ".0", {readFile(rec / "0.in")}, {{tmp.str(), "$TMP"}});
+  expectGolden(name + ".1", {readFile(rec / "1.in")}, {{tmp.str(), "$TMP"}});
   const std::string env = readFile(rec / "1.env");
   EXPECT_NE(env.find("QRN_LOCATION_MAP=\"/maps/my map\"\n"), std::string::npos) << env;
   EXPECT_NE(env.find("QRN_WD=" + neutral.string() + "\n"), std::string::npos) << env;
   EXPECT_NE(env.find("QRN_HOME="), std::string::npos);
   EXPECT_TRUE(fs::is_directory(neutral / "symbols_2" / "a b(1)_logic"));
   EXPECT_EQ(readFile(log / "symbol_converter_initial.log"), "ran -nostart\n\nran -nostart\n\n");
-  EXPECT_TRUE(host.logged("translation", "DEBUG",
-                          "Piped process starter: creating process: 'ksh -c \"" + bin.string() +
-                              "/sksym2td.exe -nostart >> " + (log / "symbol_converter_initial.log").string() +
-                              " 2>&1\"'"));
-  EXPECT_TRUE(host.logged("translation", "INFO", "Following number of symbols found for partition LOGIC: 2"));
+  expectGolden(name, withoutEnvironment(host.lines()), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedARerunContinuesAndDepthZeroAndMissingDirectories) {
@@ -112,28 +103,17 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedARerunContinuesAndDepthZeroA
   setenv("SKSYM2TD_FAIL", "exit:7", 1);
   setenv("SKSYM2TD_FAIL_SYMBOLS", "inv", 1);
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
-  EXPECT_EQ(readFile(neut("digital_logic", "nand2")),
-            "# neutral symbol of " + logic +
-                "/nand2.smbl_2\nSYMBOL nand2\nREFDES_VALUE U?\nUNIT_NAME INCH\n"
-                "PIN_SPACING 0.1\nBODY_PROPERTY CLASS\nBODY_PROPERTY REVISION\nPIN_PROPERTY PIN_NO\n"
-                "PIN_NAME A\nPIN_NAME B\nPIN_NAME Y\n");
+  const std::string name =
+      "SymbolsNeutralTest.FailingSymbolsAreRejectedARerunContinuesAndDepthZeroAndMissingDirectories";
+  const std::vector<std::pair<std::string, std::string>> places = {
+      {tmp.str(), "$TMP"}, {VLT_TOOLS_DIR, "$TOOLS"}, {VLT_SOURCE_DIR, "$SRC"}};
+  expectGolden(name + ".nand2", {readFile(neut("digital_logic", "nand2"))}, places);
   EXPECT_NE(readFile(neut("digital_logic", "nand2").string() + "_v").find("PIN_NAME A[0:1]\nPIN_NAME B\n"),
             std::string::npos);
   EXPECT_FALSE(fs::exists(neut("digital_logic", "inv")));
   EXPECT_TRUE(fs::exists(neut("digital_logic", "xor2"))) << "symbols after a failure still run";
   EXPECT_FALSE(fs::exists(neut("digital_logic", "nor2")));
-  EXPECT_EQ(
-      host.texts("translation", "ERROR"),
-      (TLines{"Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
-                  "/missing",
-              "Writing neutral symbol data: sksym2td found problem(s) during obtaining data from symbol: " + logic +
-                  "/inv"}));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            TLines{"Writing neutral symbol data: following symbol partition is not listed in symbol data file so "
-                   "related symbols will not be translated: OTHER"});
-  EXPECT_TRUE(host.logged(
-      "translation", "INFO",
-      "Writing neutral symbol data: following symbol will be excluded from translation: " + logic + "/nor2"));
+  expectGolden(name, withoutEnvironment(host.lines()), places);
   const std::string rejected = item("/old/sym", {{"sym", {}}}) + item(logic + "/missing") + item(logic + "/inv");
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), rejected);
   const std::string toolLog = readFile(log / "symbol_converter_initial.log");
@@ -146,10 +126,7 @@ TEST_F(SymbolsNeutralTest, FailingSymbolsAreRejectedARerunContinuesAndDepthZeroA
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("", false));
   EXPECT_TRUE(fs::exists(neut("digital_logic", "inv")));
   EXPECT_FALSE(fs::exists(neut("digital_logic", "nand2").string() + "_v")) << "postfix files stay missing";
-  EXPECT_TRUE(host.logged("translation", "DEBUG",
-                          "Writing neutral symbol data:  following neutral symbol file does exist and will not be "
-                          "overwritten: " +
-                              neut("digital_logic", "nand2").string()));
+  expectGolden(name + ".rerun", withoutEnvironment(host.lines()), places);
   EXPECT_EQ(readFile(log / "rejected_symbols.caf"), rejected);
   EXPECT_EQ(readFile(log / "symbol_converter_initial.log").find("nand2"), std::string::npos);
   // With overwrite every symbol runs again.

@@ -7,6 +7,7 @@
 #include "components/hpp/list_registry.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -55,10 +56,8 @@ TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectoryAndOutOf
   ASSERT_TRUE(saveSymbolPartitionList(rid));
   host.clearRecords();
   ASSERT_TRUE(partition());
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"DEBUG Saving symbols partition list:", "DEBUG Building list of all symbols",
-                    "DEBUG Obtaining components data: " + lib.string() + "/vlt_library_definition.library_definition",
-                    "DEBUG Building list of all symbols in symbol root: " + comps.string()}));
+  const std::string name = "SymbolPartitionTest.DefaultLevelsThenOnePartitionPerSubdirectoryAndOutOfRangeLevels";
+  expectGolden(name + ".partition", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AB\nAB\n");
   EXPECT_EQ(list("AB"), item("a/x/s1") + item("a/y/s1") + item("b/s.2") + item("b/x/s1"));
   EXPECT_EQ(readFile(config / "symbol_partitions.caf"), "a_x_s1 AB\na_y_s1 AB\nb_x_s1 AB\ncomps_b_s.2 AB\n");
@@ -83,11 +82,7 @@ TEST_F(SymbolPartitionTest, DefaultLevelsThenOnePartitionPerSubdirectoryAndOutOf
                 "<partition name=\"a\" rename=\"gone\"/></partition_data></symbol_data></rig>");
   host.clearRecords();
   EXPECT_FALSE(partition());
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Saving symbols partition file: following symbol partition does not exist in "
-                    "symbol partition list file: a_y",
-                    "Saving symbols partition file: partition start/stop depths do not match "
-                    "current comps directory depth."}));
+  expectGolden(name + ".outOfRange", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(config / "sym_partitions.caf"), "AX\ngone\n");
   EXPECT_EQ(list("AX"), item("a/x/s1"));
   EXPECT_FALSE(fs::exists(config / "symbol_partitions.caf"));
@@ -107,26 +102,19 @@ TEST_F(SymbolPartitionTest, PostfixesNumberEachUsePerFileAndRerunsKeepThem) {
   writeFile(lists / "Q.sym_list.caf.bak", "x");
   ASSERT_TRUE(updatePartitionedSymbolLists());
   // "d_v_s_1" is the key of the item s_1, so the first use takes _2.
-  const std::string p =
-      ".SK_SYMBOL_PATH /l/d.v/s\n..CATALOG c\n...QRN_PART P1\n....QRN_COMP C\n"
-      ".....QRN_SYMBOL s\n......NAME_POSTFIX _2\n.....QRN_SYMBOL s2\n......NAME_POSTFIX _3\n"
-      "...QRN_PART P2\n....QRN_COMP C\n.....QRN_SYMBOL s\n......NAME_POSTFIX _4\n"
-      ".SK_SYMBOL_PATH /l/d.v/s_1\n.SK_SYMBOL_PATH /l/e/plain\n";
-  EXPECT_EQ(list("P"), p);
+  const std::string name = "SymbolPartitionTest.PostfixesNumberEachUsePerFileAndRerunsKeepThem";
+  expectGolden(name + ".P", {list("P")});
   EXPECT_EQ(list("Q"), ".SK_SYMBOL_PATH /m/d.v/s\n" + use + "......NAME_POSTFIX _1\n");
   EXPECT_EQ(list("Stale"), "..broken\n");
   EXPECT_EQ(host.texts("translation", "WARN"),
             (TLines{"Updating partitioned symbol lists: following symbol partition is not listed in "
                     "symbol data file so related symbols will not be translated: Stale"}));
   ASSERT_TRUE(updatePartitionedSymbolLists());
-  EXPECT_EQ(list("P"), p);
+  expectGolden(name + ".P", {list("P")});
   fs::remove_all(lists);
   host.clearRecords();
   EXPECT_FALSE(updatePartitionedSymbolLists());
-  EXPECT_EQ(
-      host.lines("component"),
-      (TLines{"INFO Updating partitioned symbol lists.",
-              "ERROR Updating partitioned symbol lists: symbol list directory does not exist: " + lists.string()}));
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
@@ -135,11 +123,7 @@ TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   EXPECT_EQ(getSymbolPartitionList(), "");
   EXPECT_FALSE(saveSymbolPartitionList(new2DList()));
   EXPECT_FALSE(updatePartitionedSymbolLists());
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{"Loading symbols configuration file: symbol data file does not exist: " + file,
-                    "Obtaining symbol partition list: cannot parse file: " + file,
-                    "Obtaining symbol partition list: cannot parse file: " + file,
-                    "Loading symbols configuration file: symbol data file does not exist: " + file}));
+  expectGolden("SymbolPartitionTest.MissingOrDamagedSymbolData", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_FALSE(fs::exists(config / "sym_partitions.caf"));
   writeFile(file, "<rig><symbol_data><common start=\"1\" stop=\"x\"/></symbol_data></rig>");
   host.clearRecords();
@@ -147,9 +131,7 @@ TEST_F(SymbolPartitionTest, MissingOrDamagedSymbolData) {
   EXPECT_FALSE(getSymbolPathLevels(start, stop, depth));
   EXPECT_EQ(start, 1);
   EXPECT_FALSE(setSymbolPathLevels(0, 0, 0) && setSymbolPathLevels(0, -1, 0));
-  EXPECT_EQ(host.texts("component", "ERROR"),
-            (TLines{"Obtaining symbol path levels: invalid content of file, or file is incomplete: " + file,
-                    "Setting symbol path levels: all levels should be positive numbers."}));
+  expectGolden("SymbolPartitionTest.MissingOrDamagedSymbolData.levels", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_NE(readFile(file).find("start=\"0\" stop=\"0\" depth=\"0\""), std::string::npos);
 }
 

@@ -4,6 +4,7 @@
 
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 namespace fs = boost::filesystem;
 using namespace vlttest;
@@ -42,60 +43,27 @@ TEST_F(SymbolsReportsTest, VerifyReportsMissingFilesAndToolProblems) {
   writeFile(log / "symbol_converter_initial.log",
             "sksym2td: reading symbol x\nERROR: file x\r\n  Warning: y\nno errors found\nerror\nwarn::: z\n");
   ASSERT_TRUE(NComponent::verifySymbols("ignored"));
-  const std::string missing = (root / "c" / "none.neut").string();
-  EXPECT_EQ(readFile(log / "reports" / "verify_symbols.txt"),
-            kRule + "\n Problems related due to absence of neutral symbol data files\n" + kRule +
-                "\nERROR: neutral symbol file does not exist: " + missing + "\n\n" + kRule +
-                "\n Problems found by the symbol_convert tool\n" + kRule +
-                "\nERROR: file x\n  Warning: y\nwarn::: z\n");
-  EXPECT_EQ(host.texts("translation", "INFO"),
-            (TLines{"Verifying symbol data: following number of symbols found for partition P: 5",
-                    "Verifying symbol data:  following symbol will be excluded from verification: /lib/b/gone",
-                    "Verifying symbol data: following number of symbols found for partition Q: 2"}));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            TLines{"Verifying symbol data: following symbol partition is not listed in symbol data file so related "
-                   "symbols will not be translated: X"});
+  const std::string name = "SymbolsReportsTest.VerifyReportsMissingFilesAndToolProblems";
+  expectGolden(name + ".report", {readFile(log / "reports" / "verify_symbols.txt")}, {{tmp.str(), "$TMP"}});
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}});
   // Without the tool's log the first half stays written.
   fs::remove(log / "symbol_converter_initial.log");
   host.clearRecords();
   EXPECT_FALSE(NComponent::verifySymbols(""));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"Verifying catalog data: cannot read the log file produced by symbol_convert tool: " +
-                   (log / "symbol_converter_initial.log").string()});
+  expectGolden(name + ".noToolLog", host.lines(), {{tmp.str(), "$TMP"}});
   EXPECT_EQ(readFile(log / "reports" / "verify_symbols.txt").find("symbol_convert"), std::string::npos);
 }
 
 TEST_F(SymbolsReportsTest, PinSpacingReportGroupsByTextKeyAndDefaultMappingCollectsNamesAndSpacings) {
   ASSERT_TRUE(NComponent::reportSymbolPinSpacingMap());
-  EXPECT_EQ(readFile(log / "reports" / "symbol_pin_spacing_report.txt"),
-            "Pin spacing: \" \" - 1 instances\n/lib/b\tnothing\n"
-            "Pin spacing: \"0.1 INCH\" - 3 instances\n/lib/a\ts1\n/lib/a\ts2\n/lib/a\ts1\n"
-            "Pin spacing: \"0.10 INCH\" - 1 instances\n/lib/b\ts3\n");
-  EXPECT_TRUE(host.logged("translation", "WARN",
-                          "Reporting symbol pin spacing map: following file referenced by symbol list file does not "
-                          "exist: " +
-                              (root / "b" / "gone.neut").string()));
+  const std::string name =
+      "SymbolsReportsTest.PinSpacingReportGroupsByTextKeyAndDefaultMappingCollectsNamesAndSpacings";
+  expectGolden(name + ".report", {readFile(log / "reports" / "symbol_pin_spacing_report.txt")});
   // The default mapping collects names and spacings.
   writeFile(config / "symbol_data_mapping.xml", "<rig><symbol_data><data_map id=\"user\"/></symbol_data></rig>");
   ASSERT_TRUE(NComponent::createDefaultSymbolDataMapping());
-  EXPECT_EQ(readFile(config / "symbol_data_mapping.xml"),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<rig>\n  <symbol_data>\n    <data_map id=\"default\">\n"
-            "      <scaling>\n"
-            "        <pin_spacing val=\"0.1\" unit=\"INCH\" factor=\"\" />\n"
-            "        <pin_spacing val=\"0.10\" unit=\"INCH\" factor=\"\" />\n      </scaling>\n"
-            "      <body_properties>\n        <property td=\"DEVICE\" sk=\"PART_NO\" />\n"
-            "        <property td=\"REFDES\" sk=\"REF\" />\n        <property td=\"VALUE\" sk=\"VALUE\" />\n"
-            "        <property td=\"\" sk=\"XYZ\" />\n      </body_properties>\n"
-            "      <pin_properties>\n        <property td=\"PIN\" sk=\"PINID\" />\n"
-            "        <property td=\"#\" sk=\"PIN_NO\" />\n      </pin_properties>\n"
-            "      <pin_types>\n        <type td=\"ANALOG\" sk=\"ANA\" />\n        <type td=\"IN\" sk=\"ENA\" />\n"
-            "        <type td=\"IN\" sk=\"IN\" />\n        <type td=\"BI\" sk=\"IO\" />\n"
-            "        <type td=\"BI\" sk=\"IXO\" />\n        <type td=\"OUT\" sk=\"OUT\" />\n"
-            "        <type td=\"BI\" sk=\"PWR\" />\n      </pin_types>\n    </data_map>\n  </symbol_data>\n</rig>\n");
-  EXPECT_TRUE(host.logged("translation", "WARN",
-                          "Creating default symbol data mapping file: either pin spacing or unit name is not valid for "
-                          "symbol: " +
-                              (root / "b" / "nothing.neut").string()));
+  expectGolden(name + ".mapping", {readFile(config / "symbol_data_mapping.xml")});
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}});
   fs::remove_all(lists);
   host.clearRecords();
   EXPECT_FALSE(NComponent::reportSymbolPinSpacingMap());

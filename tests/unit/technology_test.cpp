@@ -6,6 +6,7 @@
 #include "components/hpp/misc.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NComponent::NConfig::NGeom::NTechnology;
@@ -13,7 +14,6 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-const std::string kDecl = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 const std::string kList =
     "<rig><geom_data><technologies><list>"
     "<technology id=' x ' container_def_file='x.xml' translated_cells_file='t.txt' padstack_name='p'/>"
@@ -101,13 +101,9 @@ TEST_F(TechnologyTest, StaleGeometryPathMakesNothingEmptyRootWarnsAndTheDefaultE
   }
   host.parameters()["geom path"] = geoms.string();
   ASSERT_TRUE(createDefault());
-  EXPECT_EQ(containers(), kDecl +
-                              "<rig>\n  <geom_data>\n    <technologies>\n      <containers id=\"default\" />\n"
-                              "    </technologies>\n  </geom_data>\n</rig>\n");
-  const std::string warning =
-      "There are no geometry containers (subdirectories) in geometry root: '" + geoms.string() + "'.";
-  EXPECT_EQ(host.texts("translation", "WARN"), TLines{warning});
-  EXPECT_EQ(host.texts("component", "WARN"), TLines{warning});
+  const std::string name = "TechnologyTest.StaleGeometryPathMakesNothingEmptyRootWarnsAndTheDefaultEntryIsReplaced";
+  expectGolden(name + ".empty.xml", {containers()});
+  expectGolden(name + ".empty", host.lines(), {{tmp.str(), "$TMP"}});
   // The default entry is replaced; other technologies stay.
   host.clearRecords();
   writeFile(geoms / "smd" / "ic" / "so8.cell", "CELL\n");
@@ -117,38 +113,24 @@ TEST_F(TechnologyTest, StaleGeometryPathMakesNothingEmptyRootWarnsAndTheDefaultE
             "<containers id='x'><container directory='keep' cell_partition='K'/></containers>"
             "</technologies></geom_data></rig>");
   ASSERT_TRUE(createDefault());
-  EXPECT_EQ(containers(), kDecl +
-                              "<rig>\n  <geom_data>\n    <technologies>\n      <containers id=\"x\">\n"
-                              "        <container directory=\"keep\" cell_partition=\"K\" />\n"
-                              "      </containers>\n      <containers id=\"default\">\n"
-                              "        <container directory=\"smd\" cell_partition=\"\" />\n"
-                              "        <container directory=\"smd/ic\" cell_partition=\"\" />\n"
-                              "      </containers>\n    </technologies>\n  </geom_data>\n</rig>\n");
-  EXPECT_EQ(host.lines(), (TLines{"translation DEBUG " + kOpening, "component DEBUG " + kOpening,
-                                  "translation DEBUG Building list of geometry containers",
-                                  "component DEBUG Building list of geometry containers"}));
+  expectGolden(name + ".replaced.xml", {containers()});
+  expectGolden(name + ".replaced", host.lines());
 }
 
 TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
   prepare({"a"});
   fs::remove(technologyDir / "technology_list.xml");
   EXPECT_FALSE(createDefault());
-  EXPECT_TRUE(
-      host.logged("translation", "FATAL",
-                  "Configuration file does not exist:'" + (technologyDir / "technology_list.xml").string() + "'"));
-  EXPECT_TRUE(host.logged("component", "ERROR", "Cannot obtain data for technology id: \"default\""));
+  const std::string name = "TechnologyTest.TechnologyListAndContainerFileFailures";
+  expectGolden(name + ".noList", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   writeFile(technologyDir / "technology_list.xml",
             "<rig><geom_data><technologies><list><technology id='x'/></list></technologies></geom_data></rig>");
   EXPECT_FALSE(createDefault());
-  EXPECT_TRUE(host.logged("translation", "ERROR", "Cannot obtain data for technology id: \"default\""));
   // A broken container file stays as it is.
   writeFile(technologyDir / "technology_list.xml", kList);
   writeFile(technologyDir / "default_containers.xml", "<rig>");
   EXPECT_FALSE(createDefault());
-  EXPECT_TRUE(host.logged(
-      "component", "FATAL",
-      "Cannot load technology containers file: '" + (technologyDir / "default_containers.xml").string() + "'."));
   EXPECT_EQ(containers(), "<rig>");
   // A container file named with its directory is used as it stands.
   const fs::path unwritable = tmp.path() / "no" / "c.xml";
@@ -156,14 +138,12 @@ TEST_F(TechnologyTest, TechnologyListAndContainerFileFailures) {
             "<rig><geom_data><technologies><list><technology id='default' container_def_file='" + unwritable.string() +
                 "'/></list></technologies></geom_data></rig>");
   EXPECT_FALSE(createDefault());
-  EXPECT_TRUE(
-      host.logged("translation", "FATAL", "Cannot save technology containers file: '" + unwritable.string() + "'."));
   fs::create_directories(unwritable.parent_path());
   ASSERT_TRUE(createDefault());
   EXPECT_NE(readFile(unwritable).find("<container directory=\"a\" cell_partition=\"\" />"), std::string::npos);
   host.failService("get config");
   EXPECT_FALSE(createDefault());
-  EXPECT_TRUE(host.logged("component", "FATAL", "Cannot obtain path to the configuration directory."));
+  expectGolden(name, host.lines(), {{tmp.str(), "$TMP"}});
   host.failService("get config", false);
   host.clearService("get library location");
   host.clearRecords();

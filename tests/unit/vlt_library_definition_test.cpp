@@ -4,13 +4,12 @@
 
 #include "components/hpp/vlt_library_cfg.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using NVlt2HrwHelpers::TVLTLibraryDefinitionFileLibraries;
 
 namespace {
-
-const char kPrefix[] = "VLT library definition file: ";
 
 struct DefinitionTest : StartedHostTest {
   boost::filesystem::path file = tmp.path() / "vlt_library_definition.library_definition";
@@ -49,14 +48,8 @@ TEST_F(DefinitionTest, WellFormedFileWithDumpOnBothSinks) {
   EXPECT_EQ(describe(libraries), (TLines{"released CORP_LIB: COMPS $LIB_ROOT/components [qrn_component;] GEOMS "
                                          "$LIB_ROOT/geoms [alpha;qrn_geom;zeta;] CATS \"$LIB_ROOT/cat logs\" "
                                          "[qrn_catalog;] \"MAPS X\" $LIB_ROOT/maps []"}));
-  // The dump's format is pinned by the end-to-end test of the sample library;
-  // here: options sorted and unique, quotes kept, the same on both sinks.
-  const TLines dump = host.lines("translation");
-  ASSERT_EQ(dump.size(), 13u);
-  EXPECT_EQ(TLines(dump.begin() + 6, dump.begin() + 9),
-            (TLines{"DEBUG       : alpha", "DEBUG       : qrn_geom", "DEBUG       : zeta"}));
-  EXPECT_EQ(dump[11], "DEBUG     Index label: '\"MAPS X\"' path to data: $LIB_ROOT/maps");
-  EXPECT_EQ(host.lines("component"), dump);
+  // The dump: options sorted and unique, quotes kept, the same on both sinks.
+  expectGolden("DefinitionTest.WellFormedFileWithDumpOnBothSinks", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(DefinitionTest, EmptyFileSilentParseAppendingAndUnreadableFiles) {
@@ -82,72 +75,47 @@ TEST_F(DefinitionTest, EmptyFileSilentParseAppendingAndUnreadableFiles) {
   host.clearService("get wdir");
   EXPECT_FALSE(NVlt2HrwHelpers::readVLTLibraryDefinition(libraries, file, true));
   EXPECT_EQ(libraries.size(), 2u);
-  const TLines errors{"VLT library definition file: cannot read the file: " + missing.string(),
-                      "VLT library definition file: cannot read the file: " + tmp.str()};
-  EXPECT_EQ(host.texts("component", "ERROR"), errors);
-  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{errors[0], errors[1], "Working directory has not been set."}));
+  expectGolden("DefinitionTest.EmptyFileSilentParseAppendingAndUnreadableFiles", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
-// The parse of odd files: libraries as described, and the warnings.
+// The parse of odd files: each input, the libraries as described, and the warnings.
 TEST_F(DefinitionTest, OddFiles) {
-  const std::string unclosed =
-      kPrefix + std::string("closing bracket not found for last library definition. Assume it should be there.");
-  const auto noFirstEntry = [](const std::string& library, const std::string& line) {
-    return kPrefix + std::string("invalid entry found in library: ") + library +
-           "; still looking for first entry in the definition block, skipping line #" + line;
-  };
-  struct TCase {
-    std::string text;
-    TLines libraries, warnings;
-  };
-  const std::vector<TCase> cases = {
-      {"released \"A\" {\n  X $P/x -o\n", {"released A: X $P/x [o;]"}, {unclosed}},
+  const TLines texts = {
+      "released \"A\" {\n  X $P/x -o\n",
       // A header inside an open block drops that block silently.
-      {"released \"A\" {\n  X x\ndevelopment \"B\" {\n  Y y\n}\n", {"development B: Y y []"}, {}},
-      {"SANDBOX \"x\"\n{Z z -opt\n}\nSource  \"with // inside\" {   \n} x\n}\n",
-       {"SANDBOX x: Z z [opt;]", "Source with // inside: } x []"},
-       {}},
+      "released \"A\" {\n  X x\ndevelopment \"B\" {\n  Y y\n}\n",
+      "SANDBOX \"x\"\n{Z z -opt\n}\nSource  \"with // inside\" {   \n} x\n}\n",
       // The name runs to the last quote; "}" before any entry is no entry
       // and does not close the block.
-      {"released \"a\" \"b\" {\n}\n", {"released a\" \"b:"}, {noFirstEntry("a\" \"b", "2: }"), unclosed}},
+      "released \"a\" \"b\" {\n}\n",
       // A quoted label swallows a quoted path.
-      {"released \"A\" {\n  \"L 1\" \"p 1\" -o\n  \"L 2\" p2 -o }\n",
-       {"released A: \"L 1\" \"p 1\" -o [] \"L 2\" p2 [o;]"},
-       {}},
+      "released \"A\" {\n  \"L 1\" \"p 1\" -o\n  \"L 2\" p2 -o }\n",
       // Comments outside quotes only.
-      {"released \"A\" { // the bracket stays\n  Q \"$P//q\" -o // cut here\n  U $P/u//cut -x\n  a//b\n  -late\n}\n",
-       {"released A: Q \"$P//q\" [o;] U $P/u [late;]"},
-       {}},
+      "released \"A\" { // the bracket stays\n  Q \"$P//q\" -o // cut here\n  U $P/u//cut -x\n  a//b\n  -late\n}\n",
       // An empty block never closes and runs on.
-      {"released \"E\"\n\n{\n}\nX y\n}\n",
-       {"released E: X y []"},
-       {noFirstEntry("E", "3: "), noFirstEntry("E", "4: }")}},
+      "released \"E\"\n\n{\n}\nX y\n}\n",
       // "} x" is an entry with the label "}", and "Y y }" closes. "-opt }"
       // has two words and so is an entry too: C never closes.
-      {"released \"A\" {\n  X x -o }\nreleased \"B\" {\n  } x\n  Y y }\nreleased \"C\" {\n  W w\n  -opt }\n",
-       {"released A: X x [o;]", "released B: } x [] Y y []", "released C: W w [] -opt } []"},
-       {unclosed}},
+      "released \"A\" {\n  X x -o }\nreleased \"B\" {\n  } x\n  Y y }\nreleased \"C\" {\n  W w\n  -opt }\n",
       // Option lines; "-b -a" is an entry of its own, a single word behind
       // the first entry is dropped silently.
-      {"released \"A\" {\n  X x -a\n  -c\n  -b -a\n  !!\n}\n", {"released A: X x [a;c;] -b -a []"}, {}},
+      "released \"A\" {\n  X x -a\n  -c\n  -b -a\n  !!\n}\n",
       // "{ Y y" opens the block; the blank left in front keeps " Y y" from
       // being an entry. Once the block is open, "{Z" is a label.
-      {"stray line\n// comment\nreleased \"A\"\nX x\n{ Y y\n{Z z\n}\n",
-       {"released A: {Z z []"},
-       {kPrefix + std::string("unknown entry - skipping line #1: stray line"),
-        kPrefix +
-            std::string("opening bracket not found for library: A; still looking for it and skipping line #4: X x"),
-        noFirstEntry("A", "5:  Y y")}},
+      "stray line\n// comment\nreleased \"A\"\nX x\n{ Y y\n{Z z\n}\n",
       // The unclosed block of A leaves its first-entry flag to B: the option
       // line finds no entry in B and goes nowhere, and nothing is warned.
-      {"released \"A\" {\n  X x\nreleased \"B\" {\n  -lost\n  Y y -kept }\n", {"released B: Y y [kept;]"}, {}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
+      "released \"A\" {\n  X x\nreleased \"B\" {\n  -lost\n  Y y -kept }\n"};
+  TLines out;
+  for (const auto& text : texts) {
     host.clearRecords();
-    EXPECT_EQ(describe(parse(c.text)), c.libraries);
-    EXPECT_EQ(warnings(), c.warnings);
+    const TLines libraries = describe(parse(text));
+    out.push_back("--- input:\n" + text + "--- libraries:");
+    out.insert(out.end(), libraries.begin(), libraries.end());
+    out.push_back("--- warnings:");
+    for (const auto& warning : warnings()) out.push_back(warning);
   }
+  expectGolden("DefinitionTest.OddFiles", out);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "components/hpp/script_functions.hpp"
 #include "components/hpp/vlt_library_cfg.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using namespace NVlt2HrwHelpers;
@@ -84,12 +85,8 @@ TEST_F(EvaluationTest, VerboseEvaluationOfAGoodAndABrokenLibraryAndQuietRun) {
   EXPECT_EQ(library.commonComponentPath, lib.string() + "/components");
   EXPECT_EQ(library.commonGeomPath, lib.string() + "/geoms");
   EXPECT_EQ(library.commonCatalogPath, lib.string());
-  // The dump's format is pinned by the end-to-end test of the sample library.
-  const TLines dump = host.lines("translation");
-  ASSERT_EQ(dump.size(), 13u);
-  EXPECT_EQ(dump[0], "INFO Evaluating VLT library: MAIN defined in: " + definition.string());
-  EXPECT_EQ(dump[9], "DEBUG     $LIB/components/analog");
-  EXPECT_EQ(host.lines("component"), dump);
+  expectGolden("EvaluationTest.VerboseEvaluationOfAGoodAndABrokenLibraryAndQuietRun.good", host.lines(),
+               {{tmp.str(), "$TMP"}});
   // Missing paths, empty kinds, paths outside the root, and a quiet run.
   host.clearRecords();
   TVLTLibrary broken;
@@ -97,17 +94,8 @@ TEST_F(EvaluationTest, VerboseEvaluationOfAGoodAndABrokenLibraryAndQuietRun) {
   EXPECT_EQ(broken.commonComponentPath, lib.string() + "/components/digital");
   EXPECT_EQ(broken.commonGeomPath, "");
   EXPECT_EQ(broken.commonCatalogPath, tmp.str());
-  const std::string head = "Evaluating VLT Library: ";
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            (TLines{head + "following paths to components directory does not exist hence will not be processed: "
-                           "$MISSING/comps",
-                    head + "following paths to geometries directory does not exist hence will not be processed: "
-                           "$NONE/cells",
-                    head + "following paths to catalogs directory does not exist hence will not be processed: "
-                           "$LIB/catalogs/file",
-                    head + "invalid (empty) common geometries directory.",
-                    head + "geometries directory does not lie underneath the VLT Library Root.",
-                    head + "catalogs directory does not lie underneath the VLT Library Root."}));
+  expectGolden("EvaluationTest.VerboseEvaluationOfAGoodAndABrokenLibraryAndQuietRun.broken", host.lines(),
+               {{tmp.str(), "$TMP"}});
   host.clearRecords();
   TVLTLibrary quiet;
   ASSERT_TRUE(evaluate(quiet, "BROKEN", false));
@@ -121,17 +109,10 @@ TEST_F(EvaluationTest, Failures) {
   EXPECT_EQ(host.lines("translation"), (TLines{"ERROR Evaluating VLT Library: library not found: main"}));
   host.clearRecords();
   EXPECT_FALSE(evaluateVLTLibrary(library, tmp.path() / "nomap", definition, "MAIN", true));
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"INFO Evaluating VLT library: MAIN defined in: " + definition.string(),
-                    "ERROR Location map file: cannot read the file: " + tmp.str() + "/nomap",
-                    "ERROR Errors found while reading location map file: " + tmp.str() + "/nomap"}));
+  expectGolden("EvaluationTest.Failures.nomap", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_FALSE(evaluateVLTLibrary(library, map, tmp.path() / "nodef", "MAIN", false));
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"ERROR VLT library definition file: cannot read the file: " + tmp.str() + "/nodef",
-                    "ERROR Evaluating VLT Library: errors found while reading VLT library "
-                    "definition file: " +
-                        tmp.str() + "/nodef"}));
+  expectGolden("EvaluationTest.Failures.nodef", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   host.clearService("get library location");
   EXPECT_FALSE(evaluate(library, "MAIN", true));
@@ -143,22 +124,12 @@ TEST_F(EvaluationTest, DirectoryGettersAndLibraryList) {
   EXPECT_EQ(getCatalogDir("MAIN", map.string(), dir), dir);
   EXPECT_EQ(getCompsDir("MAIN", map.string(), dir), dir + "/components");
   EXPECT_EQ(getGeomsDir("MAIN", map.string(), dir), dir + "/geoms");
-  EXPECT_EQ(host.lines("translation"), (TLines{"DEBUG Obtaining catalog directory: " + definition.string(),
-                                               "DEBUG Obtaining components data: " + definition.string(),
-                                               "INFO Obtaining geoms data: " + definition.string()}));
+  expectGolden("EvaluationTest.DirectoryGettersAndLibraryList.getters", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   EXPECT_EQ(getCatalogDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(getCompsDir("NOPE", map.string(), dir), "");
   EXPECT_EQ(getGeomsDir("NOPE", map.string(), dir), "");
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            (TLines{"Evaluating VLT Library: library not found: NOPE",
-                    "Obtaining catalog directory: problem(s) found while reading VLT library definition file: " +
-                        definition.string(),
-                    "Evaluating VLT Library: library not found: NOPE",
-                    "Obtaining components data: problem(s) found while reading VLT library definition file: " +
-                        definition.string(),
-                    "Evaluating VLT Library: library not found: NOPE",
-                    "Errors found while reading VLT library definition file: " + definition.string()}));
+  expectGolden("EvaluationTest.DirectoryGettersAndLibraryList", host.lines(), {{tmp.str(), "$TMP"}});
   host.clearRecords();
   // The library list holds every name in order.
   const std::string rid = NComponent::getVLTLibraryList(lib.string());

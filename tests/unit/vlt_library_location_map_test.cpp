@@ -4,6 +4,7 @@
 
 #include "components/hpp/impl/qlln_general_impl.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using QllnGeneral::TLocationMap;
@@ -39,17 +40,7 @@ TEST_F(LocationMapTest, PrefixesPathsAndAllMessages) {
                   "   \n/nowhere/x\n/nowhere/y\n$EMPTY\n$LIB_ROOT\n" + a + "\n");
   EXPECT_EQ(describe(map),
             (TLines{"$LIB_ROOT: " + a + " | /nowhere/x | /nowhere/y |", "$EMPTY:", "$LIB_ROOT: " + a + " |"}));
-  const TLines expected{
-      "INFO Reading location map file: " + file.string(),
-      "WARN Location map file: for the soft prefix: $LIB_ROOT the following hard pathname does not exist in the "
-      "filesystem: /nowhere/x",
-      "INFO Location map file: more than one hard pathname assigned to  the following soft prefix: $LIB_ROOT",
-      "WARN Location map file: for the soft prefix: $LIB_ROOT the following hard pathname does not exist in the "
-      "filesystem: /nowhere/y",
-      "INFO Location map file: more than one hard pathname assigned to  the following soft prefix: $LIB_ROOT",
-      "INFO Location map file: no hard pathnames have been assigned to  the following soft prefix: $EMPTY"};
-  EXPECT_EQ(host.lines("translation"), expected);
-  EXPECT_EQ(host.lines("component"), expected);
+  expectGolden("LocationMapTest.PrefixesPathsAndAllMessages", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 TEST_F(LocationMapTest, HeadersCommentsOddLinesAppendingAndUnreadableFiles) {
@@ -59,10 +50,8 @@ TEST_F(LocationMapTest, HeadersCommentsOddLinesAppendingAndUnreadableFiles) {
   // malformed header is a path as well, here an orphaned one.
   auto map = read("QRN_LOCATION_MAP_x\n$A\n$\n#$B\n$C\n");
   EXPECT_EQ(describe(map), (TLines{"$A: $ |", "$C:"}));
-  EXPECT_EQ(host.texts("translation", "WARN"),
-            (TLines{"Location map file: orphaned hard pathname: QRN_LOCATION_MAP_x",
-                    "Location map file: for the soft prefix: $A the following hard pathname does not exist in the "
-                    "filesystem: $"}));
+  expectGolden("LocationMapTest.HeadersCommentsOddLinesAppendingAndUnreadableFiles.odd", host.lines(),
+               {{tmp.str(), "$TMP"}});
   // Orphaned paths are lost; a quiet read logs nothing.
   host.clearRecords();
   map = read("/orphan one\n/orphan two\n$P\n" + tmp.str() + "\n", false);
@@ -75,10 +64,8 @@ TEST_F(LocationMapTest, HeadersCommentsOddLinesAppendingAndUnreadableFiles) {
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path() / "missing", false));
   EXPECT_FALSE(QllnGeneral::readLocationMap(map, tmp.path(), true));
   EXPECT_EQ(describe(map), (TLines{"$KEEP: x |", "$B: /b |"}));
-  EXPECT_EQ(host.lines("translation"),
-            (TLines{"ERROR Location map file: cannot read the file: " + tmp.str() + "/missing",
-                    "INFO Reading location map file: " + tmp.str(),
-                    "ERROR Location map file: cannot read the file: " + tmp.str()}));
+  expectGolden("LocationMapTest.HeadersCommentsOddLinesAppendingAndUnreadableFiles.unreadable", host.lines(),
+               {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace

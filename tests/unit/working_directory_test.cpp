@@ -12,6 +12,7 @@
 #include "components/hpp/misc.hpp"
 #include "components/hpp/script_functions.hpp"
 #include "support/fake_host.hpp"
+#include "support/golden.hpp"
 
 using namespace vlttest;
 using NVlt2HrwHelpers::insertValueVltProperty;
@@ -87,8 +88,8 @@ TEST(SeedCommandLine, QuotesPathsWithBlanksByEachForm) {
 struct CreateWDirTest : StartedHostTest {
   fs::path wdir() const { return tmp.path() / "work dir"; }
   bool create() { return NComponent::CreateWDir(wdir().string()); }
-  std::string made(const std::string& dir) {
-    return "DEBUG Directory does not exist at: '" + wdir().string() + dir + "', so will be created.";
+  std::vector<std::pair<std::string, std::string>> placeholders() const {
+    return {{VLT_TOOLS_DIR, "$TOOLS"}, {tmp.str(), "$TMP"}};
   }
   // Every message of create_wdir goes to the initialization logger alone.
   void expectInitOnly() {
@@ -109,10 +110,8 @@ TEST_F(CreateWDirTest, MissingTemplatesStopsAfterTheDirectories) {
   for (const char* dir : {"config", "log", "log/reports", "reports", "neutral"})
     EXPECT_TRUE(fs::is_directory(wdir() / dir)) << dir;
   EXPECT_FALSE(fs::exists(wdir() / "seed_library"));
-  EXPECT_EQ(host.lines("init"),
-            (TLines{"INFO Creating working directory at: " + wdir().string(), made(""), made("/config"), made("/log"),
-                    made("/log/reports"), made("/reports"), made("/neutral"),
-                    "FATAL Template configuration directory does not exist: '" + component.str() + "/templates'"}));
+  expectGolden("CreateWDirTest.MissingTemplatesStopsAfterTheDirectories", host.lines(),
+               {{component.str(), "$COMPONENT"}, {tmp.str(), "$TMP"}});
   expectInitOnly();
 }
 
@@ -186,16 +185,10 @@ TEST_F(CreateWDirTest, NewTreeWithTemplatesSeedAndItsFiles) {
             "SECTION LibraryManager\nKEY FlowType \"TD\"\nKEY FlowVersion \"HX2007\"\nENDSECTION\n");
   EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"), withValueVlt({{223, "*TEXTPROP 224 "}}));
   EXPECT_TRUE(fs::is_regular_file(wdir() / "seed_library" / "Library.zpc"));
-  EXPECT_EQ(readFile(wdir() / "log" / "libforge.log"),
-            "LibForge: creating seed library: " + wdir().string() +
-                "/seed_library\nLibForge: seed library created: " + wdir().string() + "/seed_library/Library.zpc\n");
+  expectGolden("CreateWDirTest.NewTreeWithTemplatesSeedAndItsFiles.libforge",
+               {readFile(wdir() / "log" / "libforge.log")}, placeholders());
   EXPECT_TRUE(fs::is_regular_file(wdir() / "log" / "libforge_int.log"));
-  TLines init = host.lines("init");
-  ASSERT_GE(init.size(), 10u);
-  EXPECT_EQ(init[7], made("/seed_library"));
-  EXPECT_EQ(init[init.size() - 2], "DEBUG VALUE_VLT property will have number: 223");
-  EXPECT_EQ(init.back(), "INFO Working directory successfully created at: " + wdir().string());
-  EXPECT_TRUE(host.texts("init", "WARN").empty());
+  expectGolden("CreateWDirTest.NewTreeWithTemplatesSeedAndItsFiles", host.lines(), placeholders());
   expectInitOnly();
 }
 
@@ -214,36 +207,30 @@ TEST_F(CreateWDirTest, ExistingTreeKeepsUserFilesRestoresTemplatesAndWarnsOfTool
   EXPECT_EQ(readFile(wdir() / "neutral" / "c_neut.tlx"), "kept\n");
   // The tool writes a fresh property file, so the property is there once.
   EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"), withValueVlt({{223, "*TEXTPROP 224 "}}));
-  for (const char* dir : {"", "/config", "/log", "/log/reports", "/reports", "/neutral", "/seed_library"})
-    EXPECT_TRUE(host.logged("init", "DEBUG",
-                            "Directory already exists at: '" + wdir().string() + dir + "', so will not be created."))
-        << dir;
+  expectGolden("CreateWDirTest.ExistingTreeKeepsUserFilesRestoresTemplatesAndWarnsOfToolCodes", host.lines(),
+               placeholders());
   // A non-zero tool code is warned and the run goes on; the old property file gains a second VALUE_VLT.
   host.clearRecords();
   ::setenv("LIBFORGE_FAIL", "exit:3", 1);
   EXPECT_TRUE(create());
   ::unsetenv("LIBFORGE_FAIL");
-  EXPECT_EQ(host.texts("init", "WARN"), (TLines{"LibForge found problem(s) during creating seed CL: " +
-                                                wdir().string() + "/seed_library. Returned code: 3"}));
   EXPECT_EQ(readFile(wdir() / "seed_library" / "CentLib.prp"),
             withValueVlt({{223, "*TEXTPROP 224 "}, {225, "*TEXTPROP 300 "}}));
   EXPECT_EQ(readFile(wdir() / "log" / "libforge.log"),
             "Error: libforge.exe failed on request (LIBFORGE_FAIL=exit:3)\n");
-  EXPECT_TRUE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
+  expectGolden("CreateWDirTest.ExistingTreeKeepsUserFilesRestoresTemplatesAndWarnsOfToolCodes.toolCode", host.lines(),
+               placeholders());
 }
 
 TEST_F(CreateWDirTest, ToolThatCannotRunOrLibraryCfgThatCannotBeWrittenFails) {
   CTempDir emptyBin;
   host.setService("get rig install bin", emptyBin.str());
   EXPECT_FALSE(create());
-  EXPECT_EQ(host.texts("init", "WARN"), (TLines{"LibForge found problem(s) during creating seed CL: " +
-                                                wdir().string() + "/seed_library. Returned code: 9009"}));
-  EXPECT_EQ(host.texts("init", "ERROR"),
-            (TLines{"Cannot read Central Library property file: " + wdir().string() + "/seed_library/CentLib.prp"}));
+  expectGolden("CreateWDirTest.ToolThatCannotRunOrLibraryCfgThatCannotBeWrittenFails", host.lines(),
+               {{emptyBin.str(), "$BIN"}, {tmp.str(), "$TMP"}});
   EXPECT_NE(readFile(wdir() / "log" / "libforge.log").find("is not recognized"), std::string::npos);
   // Library.cfg is written before the property file is read.
   EXPECT_TRUE(fs::is_regular_file(wdir() / "seed_library" / "Library.cfg"));
-  EXPECT_FALSE(host.logged("init", "INFO", "Working directory successfully created at: " + wdir().string()));
   // A Library.cfg that cannot be written stops before the property.
   host.setService("get rig install bin", VLT_TOOLS_DIR);
   fs::remove(wdir() / "seed_library" / "Library.cfg");
@@ -311,10 +298,7 @@ TEST_F(PrepareTargetTest, FailsWithoutSourceLibraryOrSeed) {
   fs::remove_all(seed());
   EXPECT_FALSE(NComponent::prepareTargetCL());
   EXPECT_FALSE(fs::exists(target()));
-  const std::string error = "Preparing target Central Library: Cannot copy seed library from: " + seed().string() +
-                            " to: " + target().string();
-  EXPECT_EQ(host.texts("translation", "ERROR"), (TLines{error}));
-  EXPECT_EQ(host.texts("component", "ERROR"), (TLines{error}));
+  expectGolden("PrepareTargetTest.FailsWithoutSourceLibraryOrSeed", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace
