@@ -8,9 +8,10 @@
 namespace vlttest {
 
 // Joins `lines` with "\n", replaces each placeholder's text (first), also in
-// its backslash form of a tool's command line, by its name (second), and compares with the golden file `name`; a
-// difference fails the test with the first differing line. With UPDATE_GOLDEN=1 in the environment the file is written
-// instead.
+// the backslash form of a tool's command line, by its name (second), and
+// compares with the golden file `name`; a difference fails the test with the
+// first differing line. With UPDATE_GOLDEN=1 in the environment the file is
+// written instead.
 void expectGolden(const std::string& name, const std::vector<std::string>& lines,
                   const std::vector<std::pair<std::string, std::string>>& placeholders = {});
 
