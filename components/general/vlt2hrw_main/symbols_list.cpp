@@ -49,15 +49,16 @@ TEntryType entryType(const fs::path& dir, const dirent& entry, TDirectoryId& id)
 bool buildSymbolList(const CScriptCall& call, CSymbolList& list, const fs::path& symbolRoot) {
   RIG_LOG(call, Debug, "Building list of all symbols in symbol root: " << symbolRoot.string());
   struct stat rootInfo;
-  if (!fs::is_directory(symbolRoot) || stat(symbolRoot.c_str(), &rootInfo) != 0) {
+  if (stat(symbolRoot.c_str(), &rootInfo) != 0 || !S_ISDIR(rootInfo.st_mode)) {
     RIG_LOG(call, Error, "Symbol root directory does not exist: " << symbolRoot.string());
     return false;
   }
   // Every directory below the root, breadth first, each read once: its
   // subdirectories go to the queue, its symbol files to the list. A
   // directory reached a second time through a link is not walked again, so
-  // a link to an ancestor cannot make the walk endless. The entry types come
-  // with the directory listing; only links and untyped entries cost a stat.
+  // a link to an ancestor cannot make the walk endless. Regular files are
+  // known from the listing itself; directories, links and untyped entries
+  // cost one stat each.
   std::vector<fs::path> queue{symbolRoot};
   std::set<TDirectoryId> visited{{rootInfo.st_dev, rootInfo.st_ino}};
   const boost::regex symbolFile("\\S+\\.smbl_\\d+$");
