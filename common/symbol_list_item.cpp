@@ -99,15 +99,13 @@ CSymbolListItem::CSymbolListItem(ILogger* logger) : logger(logger) {}
 
 CSymbolListItem::CSymbolListItem(ILogger* logger, const std::string& path) : logger(logger) {
   if (path.empty()) return;
-  root = std::make_unique<TLXNode>(logger, 1, kSymbolPath);
-  root->values.push_back(normaliseSymbolPath(path));
+  root = std::make_unique<TLXNode>(1, kSymbolPath, normaliseSymbolPath(path));
 }
 
 CSymbolListItem::CSymbolListItem(ILogger* logger, const std::string& directory, const std::string& name)
     : logger(logger) {
   if (directory.empty() || name.empty()) return;
-  root = std::make_unique<TLXNode>(logger, 1, kSymbolPath);
-  root->values.push_back(normaliseSymbolPath(directory) + "/" + normaliseSymbolPath(name));
+  root = std::make_unique<TLXNode>(1, kSymbolPath, normaliseSymbolPath(directory) + "/" + normaliseSymbolPath(name));
 }
 
 CSymbolListItem::CSymbolListItem(ILogger* logger, std::unique_ptr<TLXNode> tree)

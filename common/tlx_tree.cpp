@@ -22,7 +22,7 @@ namespace {
 inline bool isLineBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 inline bool isSpace(char c) { return isLineBlank(c) || c == '\v' || c == '\f'; }
 
-bool sameKeyword(const std::string& a, const std::string& b, bool caseSensitive) {
+bool sameKeyword(std::string_view a, std::string_view b, bool caseSensitive) {
   if (caseSensitive) return a == b;
   if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
@@ -35,6 +35,8 @@ void report(ILogger* logger, int level, const std::string& message) {
 }
 
 }  // namespace
+
+std::ostream& operator<<(std::ostream& out, const TLXText& text) { return out << text.view(); }
 
 // ---------------------------------------------------------------- TLXBlocks
 
@@ -157,11 +159,23 @@ TLXNode* TLXChildren::operator[](size_t index) const {
   return node;
 }
 
-TLXNode::TLXNode(ILogger* logger, unsigned level, std::string keyword)
-    : level(level), keyword(std::move(keyword)), logger(logger) {}
+TLXNode::TLXNode(unsigned level, std::string_view keyword) : keyword(keyword), level(level) {}
 
-TLXNode::TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value)
-    : level(level), keyword(keyword), values(value), logger(logger) {}
+TLXNode::TLXNode(unsigned level, std::string_view keyword, std::string_view value)
+    : keyword(keyword), values{value}, level(level) {}
+
+TLXNode* TLXNode::create(TLXBlocks* blocks, unsigned level, std::string_view keyword, const std::string_view* value) {
+  const size_t valueSize = value != nullptr ? value->size() : 0;
+  const size_t size = sizeof(TLXNode) + keyword.size() + valueSize;
+  void* room = blocks != nullptr ? blocks->allocate(size) : TLXNode::operator new(size);
+  char* text = static_cast<char*>(room) + sizeof(TLXNode);
+  if (!keyword.empty()) std::memcpy(text, keyword.data(), keyword.size());
+  if (valueSize > 0) std::memcpy(text + keyword.size(), value->data(), valueSize);
+  auto* node = ::new (room) TLXNode(level);
+  node->keyword.borrow(std::string_view(text, keyword.size()));
+  if (value != nullptr) node->values.assignBorrowed(std::string_view(text + keyword.size(), valueSize));
+  return node;
+}
 
 TLXNode::~TLXNode() {
   // A work list chained through the sibling links: a node with children is
@@ -187,14 +201,15 @@ std::unique_ptr<TLXNode> TLXNode::clone() const {
   // A work list of (original, copy) pairs instead of recursion, so that a
   // deeply nested tree is copied in constant stack; each copy gets all its
   // children at once, in order.
-  auto copy = std::make_unique<TLXNode>(logger, level, keyword);
+  auto copy = std::make_unique<TLXNode>(level, keyword);
   copy->values = values;
   std::vector<std::pair<const TLXNode*, TLXNode*>> work{{this, copy.get()}};
   while (!work.empty()) {
     const auto [original, target] = work.back();
     work.pop_back();
     for (TLXNode* child : original->children) {
-      TLXNode* made = target->adoptChild(std::make_unique<TLXNode>(child->logger, child->level, child->keyword));
+      TLXNode* made =
+          target->adoptChild(std::unique_ptr<TLXNode>(create(nullptr, child->level, child->keyword, nullptr)));
       made->values = child->values;
       if (!child->children.empty()) work.emplace_back(child, made);
     }
@@ -202,7 +217,7 @@ std::unique_ptr<TLXNode> TLXNode::clone() const {
   return copy;
 }
 
-TLXNode* TLXNode::searchFrom(TLXNode* start, const std::string& wanted, bool caseSensitive) {
+TLXNode* TLXNode::searchFrom(TLXNode* start, std::string_view wanted, bool caseSensitive) {
   for (TLXNode* node = start; node != nullptr; node = node->mNext) {
     if (sameKeyword(node->keyword, wanted, caseSensitive)) {
       cursor = node;
@@ -213,12 +228,12 @@ TLXNode* TLXNode::searchFrom(TLXNode* start, const std::string& wanted, bool cas
   return nullptr;
 }
 
-TLXNode* TLXNode::findFirstChild(const std::string& wanted, bool caseSensitive) {
+TLXNode* TLXNode::findFirstChild(std::string_view wanted, bool caseSensitive) {
   cursor = nullptr;
   return searchFrom(children.mFirst, wanted, caseSensitive);
 }
 
-TLXNode* TLXNode::findNextChild(const std::string& wanted, bool caseSensitive) {
+TLXNode* TLXNode::findNextChild(std::string_view wanted, bool caseSensitive) {
   if (cursor == nullptr) return nullptr;
   if (cursor->parent != this) {  // detached since the last search
     cursor = nullptr;
@@ -227,21 +242,19 @@ TLXNode* TLXNode::findNextChild(const std::string& wanted, bool caseSensitive) {
   return searchFrom(cursor->mNext, wanted, caseSensitive);
 }
 
-std::string TLXNode::valueAt(size_t index) const { return index < values.size() ? values[index] : std::string(); }
+std::string TLXNode::valueAt(size_t index) const { return index < values.size() ? values[index].str() : std::string(); }
 
-void TLXNode::setValue(size_t index, const std::string& value) {
+void TLXNode::setValue(size_t index, std::string_view value) {
   if (index >= values.size()) values.resize(index + 1);
   values[index] = value;
 }
 
-TLXNode* TLXNode::addChild(const std::string& childKeyword, const std::string& value) {
-  TLXNode* child = addChildWithoutValue(childKeyword);
-  child->values.push_back(value);
-  return child;
+TLXNode* TLXNode::addChild(std::string_view childKeyword, std::string_view value) {
+  return adoptChild(std::unique_ptr<TLXNode>(create(nullptr, level + 1, childKeyword, &value)));
 }
 
-TLXNode* TLXNode::addChildWithoutValue(const std::string& childKeyword) {
-  return adoptChild(std::make_unique<TLXNode>(logger, level + 1, childKeyword));
+TLXNode* TLXNode::addChildWithoutValue(std::string_view childKeyword) {
+  return adoptChild(std::unique_ptr<TLXNode>(create(nullptr, level + 1, childKeyword, nullptr)));
 }
 
 TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) {
@@ -321,7 +334,7 @@ bool TLXInput::next(std::string_view& line) {
 
 // ---------------------------------------------------------------- TLXManager
 
-TLXManager::TLXManager(ILogger* logger) : root(std::make_unique<TLXNode>(logger)), mLogger(logger) {}
+TLXManager::TLXManager(ILogger* logger) : root(std::make_unique<TLXNode>()), mLogger(logger) {}
 
 bool TLXManager::readFile(const std::string& path) {
   std::ifstream stream(path);
@@ -369,10 +382,10 @@ bool TLXManager::read(TLXInput& input) {
                "Inconsistency found (argument without keyword) at line: " + std::to_string(input.lineNumber));
         return false;
       }
-      frame.node->values.emplace_back(line, begin, end - begin);
+      frame.node->values.push_back(line.substr(begin, end - begin));
       if (input.progress)
         input.progress(TLXInput::kArgumentLine,
-                       {frame.node->level, frame.node->keyword, std::string(line.substr(begin, end - begin))});
+                       {frame.node->level, frame.node->keyword.str(), std::string(line.substr(begin, end - begin))});
       continue;
     }
     if (dots == end) {
@@ -393,12 +406,12 @@ bool TLXManager::read(TLXInput& input) {
       const size_t inHand = stack.size() - 1;
       frame.hasKeyword = keyEnd > dots;
       if (level == inHand + 1) {
+        const std::string_view value = line.substr(valueBegin, end - valueBegin);
         frame.last = frame.node->adoptChild(std::unique_ptr<TLXNode>(
-            new (mBlocks) TLXNode(mLogger, static_cast<unsigned>(level), line.substr(dots, keyEnd - dots),
-                                  line.substr(valueBegin, end - valueBegin))));
+            TLXNode::create(&mBlocks, static_cast<unsigned>(level), line.substr(dots, keyEnd - dots), &value)));
         if (input.progress)
           input.progress(TLXInput::kKeywordLine,
-                         {frame.last->level, frame.last->keyword, std::string(line.substr(begin, end - begin))});
+                         {frame.last->level, frame.last->keyword.str(), std::string(line.substr(begin, end - begin))});
         break;
       }
       if (level == inHand + 2) {

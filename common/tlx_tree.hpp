@@ -109,12 +109,14 @@ class TLXChildren {
 };
 
 // One node of a keyword tree. A node owns its children; the root of a tree
-// has level 0 and an empty keyword.
+// has level 0 and an empty keyword. The nodes a parse or addChild makes
+// keep their keyword and first value right behind them, in the same
+// allocation.
 class TLXNode {
  public:
-  explicit TLXNode(ILogger* logger = nullptr, unsigned level = 0, std::string keyword = std::string());
+  explicit TLXNode(unsigned level = 0, std::string_view keyword = std::string_view());
   // A node with one value.
-  TLXNode(ILogger* logger, unsigned level, std::string_view keyword, std::string_view value);
+  TLXNode(unsigned level, std::string_view keyword, std::string_view value);
   // Deletes the subtree, children before their parent, without recursion.
   ~TLXNode();
   TLXNode(const TLXNode&) = delete;
@@ -133,21 +135,21 @@ class TLXNode {
   // Resumable searches over the children: findFirstChild starts over,
   // findNextChild goes on behind the child found last (`cursor`). Two
   // interleaved searches on one node disturb each other.
-  TLXNode* findFirstChild(const std::string& keyword, bool caseSensitive = true);
-  TLXNode* findNextChild(const std::string& keyword, bool caseSensitive = true);
+  TLXNode* findFirstChild(std::string_view keyword, bool caseSensitive = true);
+  TLXNode* findNextChild(std::string_view keyword, bool caseSensitive = true);
 
   // values[index], or an empty string when the index is out of range.
   std::string valueAt(size_t index) const;
   size_t valueCount() const { return values.size(); }
-  void addValue(const std::string& value) { values.push_back(value); }
+  void addValue(std::string_view value) { values.push_back(value); }
   // Replaces values[index]; an index behind the end first grows the values
   // with empty strings.
-  void setValue(size_t index, const std::string& value);
+  void setValue(size_t index, std::string_view value);
 
   // Appends a new child of level + 1 with `value` as its first value.
-  TLXNode* addChild(const std::string& keyword, const std::string& value);
+  TLXNode* addChild(std::string_view keyword, std::string_view value);
   // Appends a new child of level + 1 without any value.
-  TLXNode* addChildWithoutValue(const std::string& keyword);
+  TLXNode* addChildWithoutValue(std::string_view keyword);
   // Appends a node that was detached or cloned; sets its parent.
   TLXNode* adoptChild(std::unique_ptr<TLXNode> child);
   // Removes `child` from the children and hands it over; null if it is not a
@@ -157,15 +159,18 @@ class TLXNode {
   TLXNode* nextSibling() const { return mNext; }
 
   TLXNode* parent = nullptr;
-  unsigned level = 0;
-  std::string keyword;
   TLXChildren children;
-  TLXValues values;
   TLXNode* cursor = nullptr;
-  ILogger* logger = nullptr;
+  TLXText keyword;
+  TLXValues values;
+  unsigned level = 0;
 
  private:
-  TLXNode* searchFrom(TLXNode* start, const std::string& keyword, bool caseSensitive);
+  friend class TLXManager;
+  // A node with its keyword and, if `value` is given, its one value written
+  // behind it: from `blocks`, or on the heap when `blocks` is null.
+  static TLXNode* create(TLXBlocks* blocks, unsigned level, std::string_view keyword, const std::string_view* value);
+  TLXNode* searchFrom(TLXNode* start, std::string_view keyword, bool caseSensitive);
   TLXNode* mNext = nullptr;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
-// The values of a keyword tree node: a vector of strings that keeps its
-// first element in place, so that the usual node of one value costs no
-// allocation of its own. It offers the parts of std::vector<std::string>
-// that callers use, and converts to one.
+// The values of a keyword tree node: a vector of texts that keeps its first
+// element in place, so that the usual node of one value costs no allocation
+// of its own. It offers the parts of std::vector<std::string> that callers
+// use, and converts to one.
 
 #include <cstddef>
 #include <iterator>
@@ -11,6 +11,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "common/tlx_text.hpp"
 
 namespace rig_common {
 namespace TLXHandler {
@@ -21,7 +23,7 @@ class TLXValues {
   class TIterator {
    public:
     using iterator_category = std::random_access_iterator_tag;
-    using value_type = std::string;
+    using value_type = TLXText;
     using difference_type = std::ptrdiff_t;
     using pointer = TValue*;
     using reference = TValue&;
@@ -47,64 +49,72 @@ class TLXValues {
     TOwner* mOwner;
     size_t mIndex;
   };
-  using iterator = TIterator<TLXValues, std::string>;
-  using const_iterator = TIterator<const TLXValues, const std::string>;
-  using value_type = std::string;
+  using iterator = TIterator<TLXValues, TLXText>;
+  using const_iterator = TIterator<const TLXValues, const TLXText>;
+  using value_type = TLXText;
   using size_type = size_t;
 
-  TLXValues() = default;
-  // One value.
-  explicit TLXValues(std::string_view first) : mFirst(first), mHasFirst(true) {}
-  TLXValues(std::initializer_list<std::string> values) {
+  TLXValues() { mFirst.mData = nullptr; }
+  TLXValues(std::initializer_list<std::string_view> values) : TLXValues() {
     for (const auto& v : values) push_back(v);
   }
-  TLXValues(const std::vector<std::string>& values) {  // NOLINT: converts like the vector it stands for
+  TLXValues(const std::vector<std::string>& values) : TLXValues() {  // NOLINT: converts like the vector it stands for
     for (const auto& v : values) push_back(v);
   }
 
-  TLXValues(const TLXValues& other) { *this = other; }
+  TLXValues(const TLXValues& other) : TLXValues() { *this = other; }
   TLXValues& operator=(const TLXValues& other) {
     if (this != &other) {
-      mFirst = other.mFirst;
-      mHasFirst = other.mHasFirst;
-      mRest.reset(other.mRest ? new std::vector<std::string>(*other.mRest) : nullptr);
+      clear();
+      for (const auto& v : other) push_back(v);
     }
     return *this;
   }
-  TLXValues(TLXValues&&) noexcept = default;
-  TLXValues& operator=(TLXValues&&) noexcept = default;
+  TLXValues(TLXValues&& other) noexcept : TLXValues() { *this = std::move(other); }
+  TLXValues& operator=(TLXValues&& other) noexcept {
+    if (this != &other) {
+      clear();
+      if (!other.empty()) mFirst = std::move(other.mFirst);
+      mRest = std::move(other.mRest);
+      other.clear();
+    }
+    return *this;
+  }
 
-  size_t size() const { return mHasFirst ? 1 + restSize() : 0; }
-  bool empty() const { return !mHasFirst; }
-  std::string& operator[](size_t i) { return i == 0 ? mFirst : (*mRest)[i - 1]; }
-  const std::string& operator[](size_t i) const { return i == 0 ? mFirst : (*mRest)[i - 1]; }
-  std::string& front() { return mFirst; }
-  const std::string& front() const { return mFirst; }
-  std::string& back() { return restSize() == 0 ? mFirst : mRest->back(); }
-  const std::string& back() const { return restSize() == 0 ? mFirst : mRest->back(); }
+  size_t size() const { return empty() ? 0 : 1 + restSize(); }
+  bool empty() const { return mFirst.mData == nullptr; }
+  TLXText& operator[](size_t i) { return i == 0 ? mFirst : (*mRest)[i - 1]; }
+  const TLXText& operator[](size_t i) const { return i == 0 ? mFirst : (*mRest)[i - 1]; }
+  TLXText& front() { return mFirst; }
+  const TLXText& front() const { return mFirst; }
+  TLXText& back() { return restSize() == 0 ? mFirst : mRest->back(); }
+  const TLXText& back() const { return restSize() == 0 ? mFirst : mRest->back(); }
 
-  template <class... TArgs>
-  std::string& emplace_back(TArgs&&... args) {
-    if (!mHasFirst) {
-      mFirst.assign(std::forward<TArgs>(args)...);
-      mHasFirst = true;
+  TLXText& push_back(std::string_view value) {
+    if (empty()) {
+      mFirst.assign(value);
       return mFirst;
     }
-    if (!mRest) mRest.reset(new std::vector<std::string>());
-    return mRest->emplace_back(std::forward<TArgs>(args)...);
+    if (!mRest) mRest.reset(new std::vector<TLXText>());
+    return mRest->emplace_back(value);
   }
-  void push_back(const std::string& value) { emplace_back(value); }
-  void push_back(std::string&& value) { emplace_back(std::move(value)); }
+  TLXText& emplace_back(std::string_view value) { return push_back(value); }
+  // Makes the values one value that borrows its characters (TLXText::borrow).
+  void assignBorrowed(std::string_view value) {
+    clear();
+    mFirst.borrow(value);
+  }
   void resize(size_t n) {
     if (n == 0) return clear();
-    mHasFirst = true;
-    if (!mRest) mRest.reset(new std::vector<std::string>());
+    if (empty()) mFirst.assign(std::string_view());
+    if (n == 1) return mRest.reset();
+    if (!mRest) mRest.reset(new std::vector<TLXText>());
     mRest->resize(n - 1);
   }
   void clear() {
-    mFirst.clear();
+    mFirst.release();
+    mFirst.mData = nullptr;
     mRest.reset();
-    mHasFirst = false;
   }
 
   iterator begin() { return iterator(this, 0); }
@@ -126,10 +136,10 @@ class TLXValues {
  private:
   size_t restSize() const { return mRest ? mRest->size() : 0; }
 
-  // The first value in place; the others, rare, behind a pointer.
-  std::string mFirst;
-  std::unique_ptr<std::vector<std::string>> mRest;
-  bool mHasFirst = false;
+  // The first value in place (a null text when there is none); the others,
+  // rare, behind a pointer.
+  TLXText mFirst;
+  std::unique_ptr<std::vector<TLXText>> mRest;
 };
 
 }  // namespace TLXHandler

@@ -60,9 +60,9 @@ TEST(SymbolListItem, PathsAreNormalisedAndCheckedAndWalksSkipNodesWithoutValue) 
   CRecordingLogger log;
   EXPECT_TRUE(CSymbolListItem(nullptr, "a/b").isValid(&log));
   EXPECT_FALSE(CSymbolListItem(nullptr, "ab").isValid(&log));
-  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "CATALOG")).isValid(&log));
-  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH")).isValid(&log));
-  CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(nullptr, 1, "SK_SYMBOL_PATH"));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(1, "CATALOG")).isValid(&log));
+  EXPECT_FALSE(CSymbolListItem(nullptr, std::make_unique<TLXNode>(1, "SK_SYMBOL_PATH")).isValid(&log));
+  CSymbolListItem quoted(nullptr, std::make_unique<TLXNode>(1, "SK_SYMBOL_PATH"));
   quoted.root->addValue("'a\\b'");
   EXPECT_TRUE(quoted.isValid(nullptr));
   expectGolden("SymbolListItem.Paths.messages", log.messages);

@@ -50,7 +50,7 @@ class CPart {
 };
 
 std::unique_ptr<rig_common::TLXNode> CPart::translate(std::string& reason) {
-  auto part = std::make_unique<rig_common::TLXNode>(nullptr, 1, "PDB_PART", quoted(mNumber));
+  auto part = std::make_unique<rig_common::TLXNode>(1, "PDB_PART", quoted(mNumber));
   rig_common::TLXNode* containerNode = mSource.findFirstChild("QRN_PART_CONTAINER");
   std::string container;
   if (containerNode == nullptr) {
@@ -144,7 +144,7 @@ bool CPart::addPins(rig_common::TLXNode& symbol, const std::string& name, const 
 
 void CPart::addProperties(rig_common::TLXNode& part) {
   for (rig_common::TLXNode* child : mSource.children) {
-    if (child->keyword.rfind("QRN_", 0) == 0) continue;
+    if (child->keyword.view().rfind("QRN_", 0) == 0) continue;
     const auto rule = mIn.caf->properties.find(child->keyword);
     if (rule == mIn.caf->properties.end()) {
       warn("property " + child->keyword + " has no translation, it is not carried");
