@@ -92,29 +92,39 @@ TLXBlocks::~TLXBlocks() {
   if (mBlock != nullptr) release(mBlock);
 }
 
+namespace {
+// Nodes larger than this (a value of kilobytes) go on the heap of their own.
+constexpr size_t kLargestNode = kFirstBlock / 8;
+}  // namespace
+
 void* TLXBlocks::allocate(size_t size) {
   const size_t need = kHeader + (size + kHeader - 1) / kHeader * kHeader;
-  if (need > kFirstBlock / 8) {  // not a node this parse was made for
+  if (mBlock != nullptr && need <= kLargestNode && mUsed + need <= mBlock->bytes) {
+    auto* header = reinterpret_cast<TNodeHeader*>(reinterpret_cast<char*>(mBlock) + mUsed);
+    mUsed += need;
+    header->block = mBlock;
+    ++mBlock->live;
+    return header + 1;
+  }
+  return allocateElsewhere(size);
+}
+
+void* TLXBlocks::allocateElsewhere(size_t size) {
+  if (kHeader + size > kLargestNode) {  // not a node this parse was made for
     auto* header = static_cast<TNodeHeader*>(::operator new(kHeader + size));
     header->block = nullptr;
     return header + 1;
   }
-  if (mBlock == nullptr || mUsed + need > mBlock->bytes) {
-    // Each block twice the one before: a short file takes one small block,
-    // a long one few large ones.
-    const size_t bytes = mBlock == nullptr ? kFirstBlock : std::min(mBlock->bytes * 2, kLargestBlock);
-    auto* block = static_cast<TBlock*>(newBlock(bytes));
-    block->live = 1;
-    block->bytes = bytes;
-    if (mBlock != nullptr) release(mBlock);
-    mBlock = block;
-    mUsed = kBlockStart;
-  }
-  auto* header = reinterpret_cast<TNodeHeader*>(reinterpret_cast<char*>(mBlock) + mUsed);
-  mUsed += need;
-  header->block = mBlock;
-  ++mBlock->live;
-  return header + 1;
+  // Each block twice the one before: a short file takes one small block,
+  // a long one few large ones.
+  const size_t bytes = mBlock == nullptr ? kFirstBlock : std::min(mBlock->bytes * 2, kLargestBlock);
+  auto* block = static_cast<TBlock*>(newBlock(bytes));
+  block->live = 1;
+  block->bytes = bytes;
+  if (mBlock != nullptr) release(mBlock);
+  mBlock = block;
+  mUsed = kBlockStart;
+  return allocate(size);
 }
 
 void TLXBlocks::release(void* block) {
@@ -161,17 +171,33 @@ TLXNode* TLXChildren::operator[](size_t index) const {
 
 TLXNode::TLXNode(unsigned level, std::string_view keyword) : keyword(keyword), level(level) {}
 
+TLXNode* TLXNode::appendChild(TLXNode* child) {
+  child->parent = this;
+  child->mNext = nullptr;
+  if (children.mLast != nullptr)
+    children.mLast->mNext = child;
+  else
+    children.mFirst = child;
+  children.mLast = child;
+  return child;
+}
+
 TLXNode::TLXNode(unsigned level, std::string_view keyword, std::string_view value)
     : keyword(keyword), values{value}, level(level) {}
 
+TLXNode* TLXNode::withText(TLXBlocks* blocks, unsigned level, size_t chars, char*& text) {
+  const size_t size = sizeof(TLXNode) + chars;
+  void* room = blocks != nullptr ? blocks->allocate(size) : TLXNode::operator new(size);
+  text = static_cast<char*>(room) + sizeof(TLXNode);
+  return ::new (room) TLXNode(level);
+}
+
 TLXNode* TLXNode::create(TLXBlocks* blocks, unsigned level, std::string_view keyword, const std::string_view* value) {
   const size_t valueSize = value != nullptr ? value->size() : 0;
-  const size_t size = sizeof(TLXNode) + keyword.size() + valueSize;
-  void* room = blocks != nullptr ? blocks->allocate(size) : TLXNode::operator new(size);
-  char* text = static_cast<char*>(room) + sizeof(TLXNode);
+  char* text = nullptr;
+  TLXNode* node = withText(blocks, level, keyword.size() + valueSize, text);
   if (!keyword.empty()) std::memcpy(text, keyword.data(), keyword.size());
   if (valueSize > 0) std::memcpy(text + keyword.size(), value->data(), valueSize);
-  auto* node = ::new (room) TLXNode(level);
   node->keyword.borrow(std::string_view(text, keyword.size()));
   if (value != nullptr) node->values.assignBorrowed(std::string_view(text + keyword.size(), valueSize));
   return node;
@@ -257,17 +283,7 @@ TLXNode* TLXNode::addChildWithoutValue(std::string_view childKeyword) {
   return adoptChild(std::unique_ptr<TLXNode>(create(nullptr, level + 1, childKeyword, nullptr)));
 }
 
-TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) {
-  TLXNode* child = owned.release();
-  child->parent = this;
-  child->mNext = nullptr;
-  if (children.mLast != nullptr)
-    children.mLast->mNext = child;
-  else
-    children.mFirst = child;
-  children.mLast = child;
-  return child;
-}
+TLXNode* TLXNode::adoptChild(std::unique_ptr<TLXNode> owned) { return appendChild(owned.release()); }
 
 std::unique_ptr<TLXNode> TLXNode::detachChild(const TLXNode* child) {
   if (child == nullptr || child->parent != this) return nullptr;
@@ -406,9 +422,14 @@ bool TLXManager::read(TLXInput& input) {
       const size_t inHand = stack.size() - 1;
       frame.hasKeyword = keyEnd > dots;
       if (level == inHand + 1) {
-        const std::string_view value = line.substr(valueBegin, end - valueBegin);
-        frame.last = frame.node->adoptChild(std::unique_ptr<TLXNode>(
-            TLXNode::create(&mBlocks, static_cast<unsigned>(level), line.substr(dots, keyEnd - dots), &value)));
+        // Keyword and value go behind the node in one copy, with the blanks
+        // between them.
+        char* text = nullptr;
+        TLXNode* node = TLXNode::withText(&mBlocks, static_cast<unsigned>(level), end - dots, text);
+        std::memcpy(text, line.data() + dots, end - dots);
+        node->keyword.borrow(std::string_view(text, keyEnd - dots));
+        node->values.assignBorrowed(std::string_view(text + (valueBegin - dots), end - valueBegin));
+        frame.last = frame.node->appendChild(node);
         if (input.progress)
           input.progress(TLXInput::kKeywordLine,
                          {frame.last->level, frame.last->keyword.str(), std::string(line.substr(begin, end - begin))});

@@ -53,6 +53,7 @@ class TLXBlocks {
   static void release(void* block);
 
  private:
+  void* allocateElsewhere(size_t size);
   struct TBlock;
   TBlock* mBlock = nullptr;  // the block in hand, held by one count
   size_t mUsed = 0;
@@ -170,6 +171,9 @@ class TLXNode {
   // A node with its keyword and, if `value` is given, its one value written
   // behind it: from `blocks`, or on the heap when `blocks` is null.
   static TLXNode* create(TLXBlocks* blocks, unsigned level, std::string_view keyword, const std::string_view* value);
+  // A node with room for `chars` bytes behind it, which `text` points at.
+  static TLXNode* withText(TLXBlocks* blocks, unsigned level, size_t chars, char*& text);
+  TLXNode* appendChild(TLXNode* child);
   TLXNode* searchFrom(TLXNode* start, std::string_view keyword, bool caseSensitive);
   TLXNode* mNext = nullptr;
 };

@@ -148,6 +148,26 @@ TEST_F(TlxTest, ValuesChildrenAndTheByteFormat) {
   EXPECT_EQ(root().detachChild(copy.get()), nullptr);
 }
 
+// A parsed node keeps its keyword and first value behind it, in its block:
+// they must stay whole when the node outlives its tree, and every copy or
+// move of them must own its characters.
+TEST_F(TlxTest, ParsedTextsOutliveTheTreeAndCopiesOwnTheirCharacters) {
+  ASSERT_TRUE(parse(".PART_CONTAINER \"$GEN_LIB/a/long/container/path\"\n..QRN_MAP_FILE m.map\nsecond\n.B\n"));
+  auto part = root().detachChild(root().children.front());
+  rig_common::TLXHandler::TLXValues moved = std::move(part->values);
+  rig_common::TLXHandler::TLXText keyword = part->keyword;
+  tree.reset();
+  EXPECT_EQ(moved, (std::vector<std::string>{"\"$GEN_LIB/a/long/container/path\"", "second"}));
+  EXPECT_TRUE(part->values.empty());
+  TLXNode* map = part->children.front();
+  EXPECT_EQ(map->keyword, "QRN_MAP_FILE");
+  map->values[0] = map->values[0].view().substr(2);  // from its own characters
+  map->addValue(map->values[0]);
+  EXPECT_EQ(map->values, (std::vector<std::string>{"map", "map"}));
+  part.reset();
+  EXPECT_EQ("in " + keyword + "!", "in PART_CONTAINER!");
+}
+
 TEST(TlxChildren, DetachAnywhereKeepsTheListAndTheCursorWhole) {
   TLXNode root;
   TLXNode* a = root.addChild("A", "1");
