@@ -51,6 +51,17 @@ std::vector<fs::path> filesIn(const fs::path& dir, bool deep = false) {
   return files;
 }
 
+// The number of regular files below `dir` whose extension is `extension`;
+// a count needs neither the paths nor their order.
+long countFiles(const fs::path& dir, const char* extension) {
+  long count = 0;
+  boost::system::error_code ec;
+  if (!fs::is_directory(dir, ec)) return 0;
+  for (fs::recursive_directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec))
+    if (it->path().extension() == extension && fs::is_regular_file(it->status(ec))) ++count;
+  return count;
+}
+
 bool endsWith(const std::string& text, const std::string& tail) {
   return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
@@ -210,9 +221,7 @@ TSummary collectSummary(const std::string& wdirText) {
   long written = 0;
   boost::system::error_code ec;
   for (fs::directory_iterator it(neutral, ec), end; !ec && it != end; it.increment(ec))
-    if (it->path().filename().string().rfind("symbols_", 0) == 0)
-      for (const fs::path& file : filesIn(it->path(), true))
-        if (file.extension() == ".neut") ++written;
+    if (it->path().filename().string().rfind("symbols_", 0) == 0) written += countFiles(it->path(), ".neut");
   std::vector<std::pair<std::string, std::string>> toolLines;
   for (const char* name : {"symbol_converter_initial.log", "symbol_converter.log"})
     for (const std::string& line : readLines(log / name)) toolLines.emplace_back(std::string("log/") + name, line);
@@ -226,11 +235,7 @@ TSummary collectSummary(const std::string& wdirText) {
   readIndex(library, holders, summary);
   const fs::path symbolHolder = library / (holders.count("symbol") ? holders["symbol"] : "SymbolLibs");
   const fs::path pdbHolder = library / (holders.count("pdb") ? holders["pdb"] : "PartsDBLibs");
-  long converted = 0, databases = 0;
-  for (const fs::path& file : filesIn(symbolHolder, true))
-    if (file.extension() == ".sym") ++converted;
-  for (const fs::path& file : filesIn(pdbHolder, true))
-    if (file.extension() == ".pdb") ++databases;
+  const long converted = countFiles(symbolHolder, ".sym"), databases = countFiles(pdbHolder, ".pdb");
 
   // Source and target of every symbol the conversion named.
   std::map<std::string, TDrawing> sourceDrawings;
