@@ -1,5 +1,5 @@
 #pragma once
-// Reading a text file as lines.
+// Reading a text file whole, or as lines.
 
 #include <boost/filesystem/path.hpp>
 #include <string>
@@ -11,5 +11,11 @@ namespace rig_common {
 // goes too). False when the path is a directory or the file cannot be
 // opened or read.
 bool readTextLines(const boost::filesystem::path& file, std::vector<std::string>& lines);
+
+// The bytes of a regular file, read with plain system calls: cheaper than a
+// stream for the many small files a step reads one by one. False only when
+// the file cannot be opened; a read that fails (a directory, say) ends the
+// text there, as a stream's would.
+bool readTextFile(const std::string& file, std::string& text);
 
 }  // namespace rig_common

@@ -6,6 +6,7 @@
 #include <boost/filesystem/path.hpp>
 #include <list>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "common/log4rig.hpp"
@@ -52,6 +53,12 @@ class NeutralCatalogs {
 
   std::map<std::string, TCatalogPart> parts;
   TSoftPrefixes softPrefixes;
+
+ private:
+  // The prefixes as expressions, made once for the table they were made
+  // from: a catalog replaces prefixes in every part's paths.
+  struct TRules;
+  mutable std::shared_ptr<const TRules> mRules;
 };
 
 }  // namespace NCatalog

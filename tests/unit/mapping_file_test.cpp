@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "components/hpp/misc.hpp"
 #include "support/fake_host.hpp"
 #include "support/golden.hpp"
@@ -74,6 +76,17 @@ TEST_F(MappingFileTest, AMissingFileSymbolsPinsAndOddLines) {
     for (const auto& line : host.lines()) recorded.push_back(line);
   }
   expectGolden("MappingFileTest.OddLines", recorded, {{path, "$MAP"}});
+  // A file longer than one read, with CR LF line ends and no end on its last line.
+  std::string big = "SYMBOL big 1\r\n";
+  for (int i = 0; i < 700; ++i) big += "PIN P" + std::to_string(i) + " " + std::to_string(i) + " X\r\n";
+  const TLines bigRead = read(big + "PIN last 9 Z");
+  ASSERT_EQ(bigRead.size(), 1u);
+  EXPECT_EQ(std::count(bigRead[0].begin(), bigRead[0].end(), '|'), 701);
+  EXPECT_EQ(bigRead[0].substr(bigRead[0].size() - 11), " last 9 Z |");
+  // A directory reads as an empty file, as a stream reads it.
+  MappingFile none;
+  EXPECT_TRUE(readMappingFile(none, tmp.path(), call));
+  EXPECT_TRUE(none.symbols.empty());
 }
 
 }  // namespace

@@ -2,11 +2,12 @@
 
 #include "mapping_file.hpp"
 
+#include <algorithm>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <cctype>
-#include <fstream>
 
+#include "common/text_file.hpp"
 #include "common/text_helpers.hpp"
 #include "misc.hpp"
 
@@ -71,18 +72,19 @@ bool readMappingFile(MappingFile& mapping, const boost::filesystem::path& file,
                      const rig_common::log4rig::TSinks& sinks) {
   const std::string path = file.string();
   RIG_LOG(sinks, Debug, kPrefix << path);
-  std::ifstream stream(path);
-  if (!stream.is_open()) {
+  std::string text;
+  if (!rig_common::readTextFile(path, text)) {
     RIG_LOG(sinks, Error, kPrefix + "cannot open mapping file for reading: " << path);
     return false;
   }
 
   bool symbolSeen = false;
   long lineNumber = 0;
-  std::string raw;
-  while (std::getline(stream, raw)) {
+  // Lines as std::getline cuts them: a last line needs no line end.
+  for (size_t at = 0, end; at < text.size(); at = end + 1) {
+    end = std::min(text.find('\n', at), text.size());
     ++lineNumber;
-    const std::string line = rig_common::trim(raw);
+    const std::string line = rig_common::trim(text.substr(at, end - at));
     // A '#' anywhere voids the whole line.
     if (line.empty() || line.find('#') != std::string::npos) continue;
     const std::vector<std::string> w = words(line);

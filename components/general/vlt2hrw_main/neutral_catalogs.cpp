@@ -58,19 +58,43 @@ bool readLocationMapTable(const fs::path& file, TSoftPrefixes& table) {
   return true;
 }
 
+struct NeutralCatalogs::TRules {
+  struct TRule {
+    std::string prefix, hard;
+    // Null for a prefix of the location map that is no valid expression (an
+    // unmatched parenthesis, say): it is replaced as plain text.
+    std::unique_ptr<boost::regex> pattern;
+  };
+  TSoftPrefixes table;
+  std::vector<TRule> rules;
+};
+
 std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const {
-  std::string result = value;
-  for (const auto& entry : softPrefixes) {
-    try {
-      const boost::regex prefix("\\" + entry.first);
-      // Empty matches are skipped: a prefix such as "$*" would otherwise put
-      // the hard path between every two characters.
-      result = boost::regex_replace(result, prefix, entry.second, boost::format_default | boost::match_not_null);
-    } catch (const boost::regex_error&) {
-      // A prefix of the location map that is no valid expression (an
-      // unmatched parenthesis, say) is replaced as plain text.
-      boost::replace_all(result, entry.first, entry.second);
+  if (!mRules || mRules->table != softPrefixes) {
+    auto rules = std::make_shared<TRules>();
+    rules->table = softPrefixes;
+    for (const auto& entry : softPrefixes) {
+      TRules::TRule rule{entry.first, entry.second, nullptr};
+      try {
+        rule.pattern = std::make_unique<boost::regex>("\\" + entry.first);
+      } catch (const boost::regex_error&) {
+      }
+      rules->rules.push_back(std::move(rule));
     }
+    mRules = std::move(rules);
+  }
+  std::string result = value;
+  for (const auto& rule : mRules->rules) {
+    try {
+      if (rule.pattern) {
+        // Empty matches are skipped: a prefix such as "$*" would otherwise
+        // put the hard path between every two characters.
+        result = boost::regex_replace(result, *rule.pattern, rule.hard, boost::format_default | boost::match_not_null);
+        continue;
+      }
+    } catch (const boost::regex_error&) {  // too complex to match: taken as plain text
+    }
+    boost::replace_all(result, rule.prefix, rule.hard);
   }
   boost::replace_all(result, "\\", "/");
   return result;
