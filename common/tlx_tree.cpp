@@ -144,8 +144,6 @@ void* TLXNode::operator new(size_t size) {
   return header + 1;
 }
 
-void* TLXNode::operator new(size_t size, TLXBlocks& blocks) { return blocks.allocate(size); }
-
 void TLXNode::operator delete(void* node) {
   if (node == nullptr) return;
   TNodeHeader* header = headerOf(node);
@@ -154,8 +152,6 @@ void TLXNode::operator delete(void* node) {
   else
     ::operator delete(header);
 }
-
-void TLXNode::operator delete(void* node, TLXBlocks&) { operator delete(node); }
 
 size_t TLXChildren::size() const {
   size_t count = 0;

@@ -123,12 +123,10 @@ class TLXNode {
   TLXNode(const TLXNode&) = delete;
   TLXNode& operator=(const TLXNode&) = delete;
 
-  // A node lives on the heap (plain new, std::make_unique) or in the blocks
-  // of a parse (new (blocks) TLXNode(...)); delete and unique_ptr free both.
+  // A node lives on the heap (plain new, std::make_unique, addChild) or in
+  // the blocks of a parse; delete and unique_ptr free both.
   static void* operator new(size_t size);
-  static void* operator new(size_t size, TLXBlocks& blocks);
   static void operator delete(void* node);
-  static void operator delete(void* node, TLXBlocks& blocks);
 
   // A deep copy of this node and its subtree, detached (no parent).
   std::unique_ptr<TLXNode> clone() const;
