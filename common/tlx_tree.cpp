@@ -66,11 +66,13 @@ namespace {
 constexpr size_t kBlockStart = (sizeof(size_t) * 2 + kHeader - 1) / kHeader * kHeader;
 constexpr size_t kFirstBlock = 16 * 1024;
 constexpr size_t kLargestBlock = 4 * 1024 * 1024;
-// Blocks from this size on are mapped on their own, aligned to and asking
-// for huge pages: a long file's nodes then fault in once per 2 MiB instead
-// of once per 4 KiB, and the memory goes back whole when the tree goes.
-constexpr size_t kMappedBlock = 256 * 1024;
+// Blocks from the size of a huge page on are mapped on their own, aligned
+// to and asking for huge pages: a long file's nodes then fault in once per
+// 2 MiB instead of once per 4 KiB, and the memory goes back whole when the
+// tree goes. Smaller blocks cannot have a huge page; they come from the
+// heap, which hands the same memory to the next parse without new faults.
 constexpr size_t kHugePage = 2 * 1024 * 1024;
+constexpr size_t kMappedBlock = kHugePage;
 
 void* newBlock(size_t bytes) {
   if (bytes < kMappedBlock) return ::operator new(bytes);
