@@ -71,7 +71,6 @@ struct RunProgramTest : StartedHostTest {
     StartedHostTest::TearDown();
   }
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }
-  TLines texts(const std::string& level) { return host.texts("translation", level); }
   // The whole log against the golden file of `name`, paths as $TMP and $CHILD.
   void expectLog(const std::string& name) {
     const std::string suite = ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name();
@@ -138,7 +137,7 @@ TEST_F(RunProgramTest, WithoutEnvironmentTheChildInheritsAndSplitsLikeWindows) {
             (TLines{"report=" + report.string(), "env", "args", "two words", "a\"b", "c\\d e", "", "x\\y"}));
   auto env = fileLines(report, "env:");
   EXPECT_NE(std::find(env.begin(), env.end(), "VLT_RUN_PROGRAM_MARK=inherited value"), env.end());
-  EXPECT_EQ(texts("TRACE"), (TLines{"Environment passed for creating process:"}));
+  EXPECT_EQ(host.texts("translation", "TRACE"), (TLines{"Environment passed for creating process:"}));
 }
 
 TEST_F(RunProgramTest, ExitCodesAndCommandsThatCannotStart) {
