@@ -14,10 +14,7 @@
 using namespace vlthost;
 
 TEST(HostLogText, ControlBytesAndBrokenUtf8AreEscapedAndLongMessagesShortened) {
-  EXPECT_EQ(escapeControlBytes("a\nb\tc\rd\x01"
-                               "e\x7f"
-                               "f"),
-            "a\\nb\\tc\\rd\\x01e\\x7Ff");
+  EXPECT_EQ(escapeControlBytes("a\nb\tc\rd\001e\177f"), "a\\nb\\tc\\rd\\x01e\\x7Ff");
   EXPECT_EQ(escapeControlBytes("\xC3 \xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir"),
             "\\xC3 \\xFF caf\xC3\xA9 \xE2\x82\xAC C:\\dir");
   EXPECT_EQ(escapeControlBytes("\xED\xA0\x80"), "\\xED\\xA0\\x80");  // a surrogate is no UTF-8

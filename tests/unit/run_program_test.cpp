@@ -71,7 +71,6 @@ struct RunProgramTest : StartedHostTest {
     StartedHostTest::TearDown();
   }
   static std::string child() { return std::string(VLT_TEST_BIN_DIR) + "/test_child"; }
-  TLines texts(const std::string& level) { return host.texts("translation", level); }
   // The whole log against the golden file of `name`, paths as $TMP and $CHILD.
   void expectLog(const std::string& name) {
     const std::string suite = ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name();
@@ -138,7 +137,7 @@ TEST_F(RunProgramTest, WithoutEnvironmentTheChildInheritsAndSplitsLikeWindows) {
             (TLines{"report=" + report.string(), "env", "args", "two words", "a\"b", "c\\d e", "", "x\\y"}));
   auto env = fileLines(report, "env:");
   EXPECT_NE(std::find(env.begin(), env.end(), "VLT_RUN_PROGRAM_MARK=inherited value"), env.end());
-  EXPECT_EQ(texts("TRACE"), (TLines{"Environment passed for creating process:"}));
+  EXPECT_EQ(host.texts("translation", "TRACE"), (TLines{"Environment passed for creating process:"}));
 }
 
 TEST_F(RunProgramTest, ExitCodesAndCommandsThatCannotStart) {
@@ -376,9 +375,19 @@ TWords redirections(const TCommandPlan& plan) {
   return out;
 }
 
-// Every form as "<call>(<input>) = <result>", line breaks shown as \n.
-TEST(PathHelpers, UnixAndWindowsFormsAndQuoting) {
+// Every path form and parse as "<call>(<input>) = <result>", line breaks
+// shown as \n; a parse as "<interpreter> {word}... {redirection}...", a syntax
+// error after it.
+TEST(CommandLine, PathFormsCmdKshAndOtherLinesSearchPathsAndSystemErrors) {
+  CTempDir tmp;
+  for (const char* name : {"my tool.exe", "tool.exe"}) fs::copy_file(RunProgramTest::child(), tmp.path() / name);
+  vlttest::writeFile(tmp.path() / "plain", "not executable");
   TLines forms;
+  auto words = [](const TWords& w) {
+    std::string out;
+    for (const auto& word : w) out += "{" + word + "}";
+    return out;
+  };
   auto add = [&](const std::string& call, const std::string& in, const std::string& out) {
     forms.push_back(call + "(" + in + ") = " + out);
     boost::replace_all(forms.back(), "\n", "\\n");
@@ -397,58 +406,31 @@ TEST(PathHelpers, UnixAndWindowsFormsAndQuoting) {
     add("toWindowsPath quoted", in, toWindowsPath(in, true));
   add("toWindowsPath unquoted", "/my dir/x", toWindowsPath("/my dir/x", false));
   add("toWindowsPath", "\"/my dir/QRN_HOME\"", toWindowsPath("\"/my dir/QRN_HOME\""));
-  expectGolden("PathHelpers.Forms", forms);
-}
-
-TEST(CommandLine, CmdOuterQuotesOperatorsSyntaxErrorsAndLiteralShellCharacters) {
-  TCommandPlan plan = parseCommandLine("CMD /C \"\"\\x y\\tdlib2zpc.exe\" -Partition=p>>\\l\\conv.log 2>&1\"");
-  EXPECT_EQ(plan.interpreter, TInterpreter::kCmd);
-  EXPECT_EQ(plan.arguments, (TWords{"/x y/tdlib2zpc.exe", "-Partition=p"}));
-  EXPECT_EQ(redirections(plan), (TWords{"1>>/l/conv.log", "2>&1"}));
-  // Unbalanced once the outer pair is gone: kept.
-  EXPECT_EQ(parseCmdCommand("\"a\"b\"").arguments, (TWords{"ab"}));
-  // The whole line one quoted word that is no program: the pair goes.
-  EXPECT_EQ(parseCmdCommand("\"tool -x y\"").arguments, (TWords{"tool", "-x", "y"}));
-  // ... unless it names a program with blanks.
-  CTempDir tmp;
-  fs::copy_file(RunProgramTest::child(), tmp.path() / "my tool.exe");
-  EXPECT_EQ(parseCmdCommand("\"" + tmp.str() + "/my tool.exe\"").arguments, (TWords{tmp.str() + "/my tool.exe"}));
-  EXPECT_EQ(redirections(parseCmdCommand("a 2> e.txt < in.txt")), (TWords{"2>e.txt", "0<in.txt"}));
-  EXPECT_EQ(parseCmdCommand("tool >").syntaxError, "The syntax of the command is incorrect.");
-  EXPECT_EQ(parseCmdCommand("tool > > x").syntaxError, "The syntax of the command is incorrect.");
-  EXPECT_TRUE(parseCmdCommand("").arguments.empty());
-  EXPECT_EQ(parseCmdCommand("t $(touch x) `id`;ls $HOME|x&y").arguments,
-            (TWords{"t", "$(touch", "x)", "`id`;ls", "$HOME|x&y"}));
-}
-
-TEST(CommandLine, KshBodyOtherLinesSearchPathsAndSystemErrors) {
-  TCommandPlan plan = parseCommandLine("ksh -c \"\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1\"");
-  EXPECT_EQ(plan.interpreter, TInterpreter::kKsh);
-  EXPECT_EQ(plan.arguments, (TWords{"ksh", "-c", "\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1"}));
-  EXPECT_TRUE(plan.redirections.empty());
-  EXPECT_EQ(parseCommandLine("ksh -c exit 3").arguments, (TWords{"ksh", "-c", "exit 3"}));
-  // "$" and "`" of a path stay literal for ksh.
-  EXPECT_EQ(parseCommandLine("ksh -c \"t \"/a $x b/l\" `id`\"").arguments,
-            (TWords{"ksh", "-c", "t \"/a \\$x b/l\" \\`id\\`"}));
-  // Other lines split like the Windows runtime.
-  EXPECT_EQ(splitWindowsCommandLine("  \"C:\\a b\\t.exe\" x\\\\\\\"y \"q \"\"r\"\" s\" a\\\\b\\ \"\" "),
-            (TWords{"C:\\a b\\t.exe", "x\\\"y", "q \"r\" s", "a\\\\b\\", ""}));
-  EXPECT_EQ(splitWindowsCommandLine("prog \"open"), (TWords{"prog", "open"}));
-  EXPECT_TRUE(splitWindowsCommandLine("   ").empty());
-  EXPECT_EQ(parseCommandLine("cmdx /c a").interpreter, TInterpreter::kDirect);
-  EXPECT_EQ(parseCommandLine("cmdx /c a").arguments, (TWords{"cmdx", "/c", "a"}));
-  // Search paths and system errors.
-  EXPECT_EQ(splitSearchPath("\"/a b\"/bin;\\k\\lib;;/usr/bin:/bin"),
-            (TWords{"/a b/bin", "/k/lib", "/usr/bin", "/bin"}));
-  EXPECT_EQ(toPosixSearchPath("\"/a b\"/bin;/usr/bin:/bin"), "/a b/bin:/usr/bin:/bin");
-  CTempDir tmp;
-  fs::copy_file(RunProgramTest::child(), tmp.path() / "tool.exe");
-  vlttest::writeFile(tmp.path() / "plain", "not executable");
-  EXPECT_EQ(findProgram("tool", "/nowhere;" + tmp.str()), tmp.str() + "/tool.exe");
-  EXPECT_EQ(findProgram((tmp.path() / "tool").string(), ""), tmp.str() + "/tool.exe");
-  EXPECT_EQ(findProgram("plain", tmp.str()), "");
-  EXPECT_EQ(findProgram("tool.bat", tmp.str()), "");
-  EXPECT_EQ(systemErrorText(13), "System error: 13 (Permission denied).");
+  auto plan = [&](const std::string& call, const std::string& in, const TCommandPlan& p) {
+    static const char* const kNames[] = {"direct", "cmd", "ksh"};
+    add(call, in,
+        kNames[static_cast<int>(p.interpreter)] + (" " + words(p.arguments)) + " " + words(redirections(p)) +
+            (p.syntaxError.empty() ? "" : " " + p.syntaxError));
+  };
+  // Outer quotes, operators, syntax errors, shell characters kept literal.
+  for (const std::string& in : TWords{"CMD /C \"\"\\x y\\tdlib2zpc.exe\" -Partition=p>>\\l\\conv.log 2>&1\"",
+                                      "ksh -c \"\"/r b/tbl2flat.exe\" -i /c -w >> /l/t.log 2>&1\"", "ksh -c exit 3",
+                                      "ksh -c \"t \"/a $x b/l\" `id`\"", "cmdx /c a"})
+    plan("parseCommandLine", in, parseCommandLine(in));
+  for (const std::string& in :
+       TWords{"\"a\"b\"", "\"tool -x y\"", "\"" + tmp.str() + "/my tool.exe\"", "a 2> e.txt < in.txt", "tool >",
+              "tool > > x", "", "t $(touch x) `id`;ls $HOME|x&y"})
+    plan("parseCmdCommand", in, parseCmdCommand(in));
+  for (const char* in : {"  \"C:\\a b\\t.exe\" x\\\\\\\"y \"q \"\"r\"\" s\" a\\\\b\\ \"\" ", "prog \"open", "   "})
+    add("splitWindowsCommandLine", in, words(splitWindowsCommandLine(in)));
+  const std::string search = "\"/a b\"/bin;\\k\\lib;;/usr/bin:/bin";
+  add("splitSearchPath", search, words(splitSearchPath(search)));
+  add("toPosixSearchPath", search, toPosixSearchPath(search));
+  for (const auto& [name, path] : std::vector<std::pair<std::string, std::string>>{
+           {"tool", "/nowhere;" + tmp.str()}, {tmp.str() + "/tool", ""}, {"plain", tmp.str()}, {"tool.bat", tmp.str()}})
+    add("findProgram", name + ", " + path, findProgram(name, path));
+  add("systemErrorText", "13", systemErrorText(13));
+  expectGolden("CommandLine.Forms", forms, {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace cmdline
