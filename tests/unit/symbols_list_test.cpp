@@ -79,13 +79,9 @@ TEST_F(SymbolListTest, DamagedCatalogListFailsBothModes) {
   writeFile(catalogs / "c2.sym_list.caf", "..broken\n");
   for (const char* mode : {"0", "1"}) {
     host.parameters()["catalog symbols only"] = mode;
-    host.clearRecords();
     CSymbolList list;
-    EXPECT_FALSE(build(list));
-    expectGolden(std::string("SymbolListTest.DamagedCatalogListFailsBothModes.") + mode, host.lines(),
-                 {{tmp.str(), "$TMP"}});
+    EXPECT_FALSE(build(list)) << mode;
   }
-  host.clearRecords();
   EXPECT_FALSE(NComponent::saveDefaultSymbolConfig("L", map, lib.string()));
   EXPECT_EQ(NComponent::findSymbolPathDepth("L", map, lib.string()), -1);
   expectGolden("SymbolListTest.DamagedCatalogListFailsBothModes", host.lines(), {{tmp.str(), "$TMP"}});
