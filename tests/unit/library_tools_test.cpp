@@ -190,10 +190,8 @@ TEST_F(Tdlib2zpcTest, EntersWhatTheSymbolToolWroteOnceTakesOverAnOlderStateAndEr
 }
 
 struct PdbToolsTest : ToolTest {
-  fs::path root, logs;
+  fs::path root = tmp.path(), logs = root / "log";
   void SetUp() override {
-    root = tmp.path();
-    logs = root / "log";
     for (const auto& dir : {logs, root / "lib", root / "symbols_1" / "gates"}) fs::create_directories(dir);
     writeFile(root / "qrn.caf", ".FILETYPE PROPTRANS\n\n.soft_path  \"$L\"  \"" + (root / "lib").string() +
                                     "\"\n\n .PROP   \"VALUE\"  \"Value\"\n   ..PASS   forward\n   ..PDB    yes\n"

@@ -24,13 +24,11 @@ const std::string kOpening = "Creating default geometry container file for VLT g
 
 struct TechnologyTest : StartedHostTest {
   log4cxx::LoggerPtr logger;
-  fs::path technologyDir, geoms;
+  fs::path technologyDir = tmp.path() / "config" / "geom_technology", geoms = tmp.path() / "geoms";
   void SetUp() override {
     StartedHostTest::SetUp();
     host.setLibrary(tmp.str());
     logger = NComponent::getTranslationLogger(*NComponent::gComponent);
-    technologyDir = tmp.path() / "config" / "geom_technology";
-    geoms = tmp.path() / "geoms";
   }
   bool createDefault() { return NComponent::createDefaultContainerFile("LIB", "map", "dir"); }
   // A geometry root with these subdirectories, and the technology list.
