@@ -224,9 +224,8 @@ TEST_F(ListFileTest, RoundTripIsByteExactAndReaderKeepsValidItems) {
             ".SK_SYMBOL_PATH a\\b\n.SK_SYMBOL_PATH a\\b\n..CATALOG c\n.sk_symbol_path l/m\n");
   CSymbolListFileReader reader(&log);
   ASSERT_TRUE(reader.read(file("a.caf")));
-  ASSERT_EQ(reader.list().size(), 2u);  // two items of one path: no merge on reading
-  EXPECT_EQ(reader.list().begin()->getPath(), "a\\b");
-  EXPECT_EQ(std::next(reader.list().begin())->root->children.size(), 1u);
+  // Two items of one path: no merge on reading.
+  EXPECT_EQ(dump(reader.list()), ".SK_SYMBOL_PATH a\\b\n.SK_SYMBOL_PATH a\\b\n..CATALOG c\n");
   CSymbolListFileReader failing(&log);
   EXPECT_FALSE(failing.read(file("missing.caf")));
   writeFile(file("bad.caf"), ".SK_SYMBOL_PATH a/b\n...C\n");
