@@ -22,8 +22,9 @@ struct ToolTest : ::testing::Test {
   std::string output() const { return readFile(tmp.path() / "out.txt"); }
   // The exit code of a run and what it said, for transcripts.
   std::string outcome(int code) const { return "exit " + std::to_string(code) + ": " + output(); }
-  // The bytes of `file` against the golden file of `name`, paths as $TMP and $SRC.
-  void expectFile(const std::string& name, const fs::path& file) const { expectLines(name, {readFile(file)}); }
+  // A file's name and bytes, for transcripts.
+  static std::string section(const fs::path& f) { return "--- " + f.filename().string() + "\n" + readFile(f); }
+  // The lines against the golden file of `name`, paths as $TMP and $SRC.
   void expectLines(const std::string& name, const TLines& lines) const {
     expectGolden(name, lines, {{tmp.str(), "$TMP"}, {VLT_SOURCE_DIR, "$SRC"}});
   }
@@ -102,20 +103,17 @@ TEST_F(Sksym2tdToolTest, TargetSymbolsWithTheConfigurationAppliedAndFailures) {
             "[DESIGN SCALING]\nScale=2.0\n\n");
   writeFile(tmp.path() / "map", "QRN_LOCATION_MAP_1\n$LIB\n" + kLogic + "\n");
   fs::create_directories(tmp.path() / "out");
-  ASSERT_EQ(run("\nsymxlt_cfg_file c.cfg\ntd_symbol_output_path out\nsymbol begin\nsk_symbol_path " + kLogic +
-                    "/nand2\ntd_symbol_name logic_nand2\nsymbol end\nsymbol begin\nsk_symbol_path $LIB/buf8\n"
-                    "td_symbol_name \"logic buf8_v\"\npin_map A A[0:2]\nsymbol end\nrun\nexit\n",
-                "QRN_LOCATION_MAP='\"" + (tmp.path() / "map").string() + "\"'"),
-            0)
-      << output();
-  expectFile("Sksym2tdToolTest.TargetSymbols.nand2", tmp.path() / "out" / "logic_nand2.sym");
-  expectFile("Sksym2tdToolTest.TargetSymbols.buf8", tmp.path() / "out" / "logic buf8_v.sym");
-  expectFile("Sksym2tdToolTest.TargetSymbols.output", tmp.path() / "out.txt");
+  // Each run's code and output, with the symbols written.
+  TLines said{outcome(run("\nsymxlt_cfg_file c.cfg\ntd_symbol_output_path out\nsymbol begin\nsk_symbol_path " + kLogic +
+                              "/nand2\ntd_symbol_name logic_nand2\nsymbol end\nsymbol begin\nsk_symbol_path $LIB/buf8\n"
+                              "td_symbol_name \"logic buf8_v\"\npin_map A A[0:2]\nsymbol end\nrun\nexit\n",
+                          "QRN_LOCATION_MAP='\"" + (tmp.path() / "map").string() + "\"'")),
+              section(tmp.path() / "out" / "logic_nand2.sym"), section(tmp.path() / "out" / "logic buf8_v.sym")};
   std::string block;
   for (const char* name : {"mux4", "or2"})
     block += "symbol begin\nsk_symbol_path " + kLogic + "/" + name + "\ntd_symbol_neutral_path " + name[0] +
              std::string(".neut\nsymbol end\n");
-  TLines said{outcome(run("write_symbol off\n" + block + "run\nexit\n"))};
+  said.push_back(outcome(run("write_symbol off\n" + block + "run\nexit\n")));
   EXPECT_FALSE(fs::exists(tmp.path() / "m.neut"));
   EXPECT_TRUE(fs::exists(tmp.path() / "o.neut")) << "the other block is done";
   said.push_back(outcome(run("write_symbol off\nsymbol begin\nrun\n")));
@@ -123,7 +121,7 @@ TEST_F(Sksym2tdToolTest, TargetSymbolsWithTheConfigurationAppliedAndFailures) {
                              kLogic + "/or2\ntd_symbol_name x\nsymbol end\nrun\nexit\n")));
   said.push_back(
       outcome(run("write_symbol off\n" + block + "run\nexit\n", "SKSYM2TD_FAIL=exit:9 SKSYM2TD_FAIL_SYMBOLS=or2,x")));
-  expectLines("Sksym2tdToolTest.TargetSymbols.failures", said);
+  expectLines("Sksym2tdToolTest.TargetSymbols", said);
 }
 
 struct Tdlib2zpcTest : ToolTest {
@@ -226,13 +224,12 @@ TEST_F(PdbToolsTest, GeneratorWritesTranslatedPartsRejectsTheOthersChecksPinsAnd
   // Each run's code and report, with the catalog and rejected parts where they count. The pin list
   // checks cell pins in the chosen case; a failure on request (per catalog) leaves the report untouched.
   auto said = [&](int code) { return "exit " + std::to_string(code) + ": " + report(); };
-  auto file = [](const fs::path& f) { return "--- " + f.filename().string() + "\n" + readFile(f); };
   TLines out{
       said(generate("-z -x -o")),
-      file(root / "cat.tlx"),
-      file(root / "rejected"),
+      section(root / "cat.tlx"),
+      section(root / "rejected"),
       said(generate("-z -x -o -p -a", "pins")),
-      file(root / "cat.tlx"),
+      section(root / "cat.tlx"),
       said(generate("-z -x -o -p", "pins")),
       said(generate("-p -g", "pins")),
       said(generate("-p", "nothing")),
@@ -252,7 +249,7 @@ TEST_F(PdbToolsTest, ImportToolRefusesBadInputs) {
   EXPECT_EQ(run("-w -i " + (root / "no.tlx").string() + cat), 3);
   EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 0);
   EXPECT_EQ(run("-i " + (root / "cat.tlx").string() + cat), 4);
-  expectFile("PdbToolsTest.ImportTool.log", log);
+  expectLines("PdbToolsTest.ImportTool.log", {readFile(log)});
   EXPECT_EQ(readFile(root / "Library.zpc"), kSeedIndex + "*PARTITION pdb cat\n");
 }
 
