@@ -81,9 +81,9 @@ TEST_F(SymbolsNeutralTest, ScriptCommandAndEnvironmentOfEachSymbol) {
   writeFile(lists / "notes.txt", "");
   ASSERT_TRUE(NComponent::writeNeutralSymbolData("  /maps/my map  ", false));
   const std::string name = "SymbolsNeutralTest.ScriptCommandAndEnvironmentOfEachSymbol";
-  expectGolden(name + ".0", {readFile(rec / "0.in")}, {{tmp.str(), "$TMP"}});
-  expectGolden(name + ".1", {readFile(rec / "1.in")}, {{tmp.str(), "$TMP"}});
-  expectGolden(name + ".env", {readFile(rec / "1.env")}, {{tmp.str(), "$TMP"}});
+  expectGolden(name + ".runs",
+               {readFile(rec / "0.in"), "--- 1.in", readFile(rec / "1.in"), "--- 1.env", readFile(rec / "1.env")},
+               {{tmp.str(), "$TMP"}});
   EXPECT_TRUE(fs::is_directory(neutral / "symbols_2" / "a b(1)_logic"));
   EXPECT_EQ(readFile(log / "symbol_converter_initial.log"), "ran -nostart\n\nran -nostart\n\n");
   expectGolden(name, withoutEnvironment(host.lines()), {{tmp.str(), "$TMP"}});
