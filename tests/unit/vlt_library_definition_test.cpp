@@ -23,20 +23,17 @@ struct DefinitionTest : StartedHostTest {
   TLines warnings() const { return host.texts("translation", "WARN"); }
 };
 
-// One library as "type name: label path [options] | ...", for compact checks.
-std::string describe(const NVlt2HrwHelpers::TVLTLibraryDefinitionFileLibrary& library) {
-  std::string text = library.type + " " + library.name + ":";
-  for (const auto& entry : library.entries) {
-    text += " " + entry.label + " " + entry.path + " [";
-    for (const auto& option : entry.options) text += option + ";";
-    text += "]";
-  }
-  return text;
-}
-
+// Each library as "type name: label path [options] ...", for compact checks.
 TLines describe(const TVLTLibraryDefinitionFileLibraries& libraries) {
   TLines out;
-  for (const auto& library : libraries) out.push_back(describe(library));
+  for (const auto& library : libraries) {
+    out.push_back(library.type + " " + library.name + ":");
+    for (const auto& entry : library.entries) {
+      out.back() += " " + entry.label + " " + entry.path + " [";
+      for (const auto& option : entry.options) out.back() += option + ";";
+      out.back() += "]";
+    }
+  }
   return out;
 }
 
