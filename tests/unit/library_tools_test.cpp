@@ -142,19 +142,16 @@ struct Tdlib2zpcTest : ToolTest {
 };
 
 TEST_F(Tdlib2zpcTest, ListsOnceThenEntersWhatTheJournalNamesOnce) {
-  writeFile(part() / "a.sym", "x");
-  writeFile(part() / "notes.txt", "x");
+  for (const char* file : {"a.sym", "notes.txt"}) writeFile(part() / file, "x");
   // The output of each run, then the index and the log file.
   TLines said{outcome(update())};
   // Afterwards only the journal counts: a file nobody journalled waits.
-  writeFile(part() / "b c.sym", "x");
-  writeFile(part() / "unjournalled.sym", "x");
+  for (const char* file : {"b c.sym", "unjournalled.sym"}) writeFile(part() / file, "x");
   writeFile(part() / ".tdlib2zpc" / "journal", "b c\na\nb c\n");
   said.push_back(outcome(update()));
   EXPECT_EQ(readFile(part() / ".tdlib2zpc" / "journal"), "");
   // Damaged lines are passed over, a last line without its end counts.
-  writeFile(part() / "e.sym", "x");
-  writeFile(part() / "f.sym", "x");
+  for (const char* file : {"e.sym", "f.sym"}) writeFile(part() / file, "x");
   writeFile(part() / ".tdlib2zpc" / "journal", "\n../a\nnope\n#sync 12\ne\r\n\xff\xfe\ne\nf");
   said.push_back(outcome(update()));
   fs::remove(part() / ".tdlib2zpc" / "journal");
