@@ -119,24 +119,17 @@ TEST_F(SymConfigTest, NameMapSplitsOnlyAtTheSeparatorAndSetReplacesTheFirstRecor
 TEST_F(SymConfigTest, FileFailuresAndEmptyWritesOfBothFiles) {
   SymXltConfigManager manager;
   EXPECT_FALSE(manager.read(file("none.cfg"), sinks()));
-  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.read", host.lines(), {{tmp.str(), "$TMP"}});
-  host.clearRecords();
   EXPECT_FALSE(writeXlt(manager, "no/out.cfg"));
-  EXPECT_EQ(host.texts("translation", "ERROR"),
-            TLines{"Writing SymXlt configuration file:  cannot open file for writing: " + file("no/out.cfg")});
-  host.clearRecords();
   writeFile(file("old.cfg"), "[A]\n");
   EXPECT_TRUE(writeXlt(manager, "old.cfg"));
   EXPECT_EQ(readFile(file("old.cfg")), "");
-  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.empty", host.lines(), {{tmp.str(), "$TMP"}});
-  host.clearRecords();
   SymNameMapManager map;
   EXPECT_FALSE(map.read(file("none.txt"), sinks(), "\t"));
   EXPECT_FALSE(map.read(tmp.str(), sinks(), "\t")) << "a directory cannot be read";
   EXPECT_FALSE(map.write(file("no/x.txt"), sinks(), "\t"));
   EXPECT_TRUE(map.write(file("empty.txt"), sinks(), "\t"));
   EXPECT_EQ(readFile(file("empty.txt")), "");
-  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles.map", host.lines(), {{tmp.str(), "$TMP"}});
+  expectGolden("SymConfigTest.FileFailuresAndEmptyWritesOfBothFiles", host.lines(), {{tmp.str(), "$TMP"}});
 }
 
 }  // namespace
