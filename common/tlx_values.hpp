@@ -98,7 +98,6 @@ class TLXValues {
     if (!mRest) mRest.reset(new std::vector<TLXText>());
     return mRest->emplace_back(value);
   }
-  TLXText& emplace_back(std::string_view value) { return push_back(value); }
   // Makes the values one value that borrows its characters (TLXText::borrow).
   void assignBorrowed(std::string_view value) {
     clear();

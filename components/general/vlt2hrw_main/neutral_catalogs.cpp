@@ -85,14 +85,14 @@ std::string NeutralCatalogs::replaceSoftPrefixes(const std::string& value) const
   }
   std::string result = value;
   for (const auto& rule : mRules->rules) {
-    try {
-      if (rule.pattern) {
+    if (rule.pattern) {
+      try {
         // Empty matches are skipped: a prefix such as "$*" would otherwise
         // put the hard path between every two characters.
         result = boost::regex_replace(result, *rule.pattern, rule.hard, boost::format_default | boost::match_not_null);
         continue;
+      } catch (const boost::regex_error&) {  // too complex to match: taken as plain text
       }
-    } catch (const boost::regex_error&) {  // too complex to match: taken as plain text
     }
     boost::replace_all(result, rule.prefix, rule.hard);
   }
